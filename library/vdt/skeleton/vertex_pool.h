@@ -1,0 +1,69 @@
+// The vertices of one skeleton, allocated in blocks.
+//
+// A plant has hundreds of thousands of vertices. In blocks they cost a tenth of what single allocations cost, stand
+// in memory in the order in which a file names them, and go all at once. Addresses stay valid until a vertex is
+// given back. Each vertex has a slot number that is dense enough to index a table.
+#pragma once
+
+#include "vdt/math/quaternion.h"
+#include "vdt/math/vector.h"
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+namespace vdt {
+
+struct VertexAttributes {
+    double radius = 1; // model units
+    float tex_v = 0;   // the texture's v along the branch
+    Color3f color{1, 1, 1};
+    Quaternion orient; // the frame: z along the branch
+
+    friend bool operator==(const VertexAttributes&, const VertexAttributes&) = default;
+};
+
+/// One vertex of one branch.
+struct SkeletonVertex {
+    SkeletonVertex* next = nullptr; // towards the tip
+    SkeletonVertex* prev = nullptr; // towards the root; null on a branch's first vertex
+    SkeletonVertex* ring = nullptr; // the next vertex on the same point; null while alone there
+    uint64_t branch = 0;
+    uint64_t point = 0;
+    VertexAttributes attributes;
+};
+
+class VertexPool {
+public:
+    VertexPool() = default;
+    VertexPool(const VertexPool&) = delete;
+    VertexPool& operator=(const VertexPool&) = delete;
+    ~VertexPool() = default;
+
+    /// A vertex with default values.
+    SkeletonVertex* allocate();
+    /// Takes back a vertex that came from this pool and is no longer linked anywhere.
+    void release(SkeletonVertex* vertex);
+    /// Makes sure that the next `count` vertices need no more than one block.
+    void reserve(uint64_t count);
+    void clear();
+    void swap(VertexPool& other) noexcept;
+
+    /// One past the highest slot number in use.
+    uint64_t slotCount() const;
+    /// The slot number of a vertex that came from this pool.
+    uint64_t slotOf(const SkeletonVertex* vertex) const;
+
+private:
+    struct Block {
+        std::unique_ptr<SkeletonVertex[]> vertices;
+        uint64_t size = 0;
+        uint64_t used = 0;      // vertices handed out so far, given back or not
+        uint64_t firstSlot = 0; // sum of the sizes of the blocks before
+    };
+
+    std::vector<Block> blocks;
+    SkeletonVertex* freeList = nullptr; // given back, linked through `next`
+};
+
+} // namespace vdt
