@@ -31,8 +31,10 @@ class PointLinkTable {
 public:
     PointLinks operator[](uint64_t point) const
     {
-        return {{polygons.data() + polygonStarts[point], polygons.data() + polygonStarts[point + 1]},
-                {edges.data() + edgeStarts[point], edges.data() + edgeStarts[point + 1]}};
+        return {
+            {polygons.data() + polygonStarts[point], polygons.data() + polygonStarts[point + 1]},
+            {edges.data() + edgeStarts[point],       edges.data() + edgeStarts[point + 1]      }
+        };
     }
     uint64_t size() const { return polygonStarts.empty() ? 0 : polygonStarts.size() - 1; }
 
@@ -99,7 +101,7 @@ public:
     Array<uint64_t> polygonCoordinates; // indices into coordinates
     Array<Vector3> positions;
     Array<Vector2f> coordinates;
-    Array<Vector3> normals; // one a point
+    Array<Vector3> normals;   // one a point
     Array<int32_t> materials; // one a polygon
     bool topologyValid = false;
     PointLinkTable pointLinks;
