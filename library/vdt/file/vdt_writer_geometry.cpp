@@ -168,7 +168,9 @@ void WriteSkeleton(XmlOutput& xml, const Skeleton& skeleton)
     if (skeleton.isEmpty()) return;
     xml.open("skeleton");
     if (!skeleton.points.empty()) writePoints(xml, skeleton.points);
-    if (!skeleton.branches.empty()) writePolylines(xml, skeleton);
+    // Where no branch has a vertex there are no polylines that a file could tell of.
+    if (std::ranges::any_of(skeleton.branches, [](const SkeletonBranch& branch) { return branch.vertexCount > 0; }))
+        writePolylines(xml, skeleton);
     if (!skeleton.connectors.empty()) writeConnectors(xml, skeleton);
     xml.close();
 }
