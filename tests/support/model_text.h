@@ -19,7 +19,7 @@ struct ReadModel {
 class LossReader final : public VdtReader {
 public:
     LossReader(Model& target, MessageHandler& handler, std::vector<std::string>& sink)
-        : VdtReader(model, handler),
+        : VdtReader(target, handler),
           losses(&sink)
     {
     }
