@@ -28,7 +28,8 @@ double halfWidthAt(const LeafShape& shape, double across, double along)
     if (shape.teeth > 0) {
         const double coarse = fraction(shape.teeth * foot);
         const double fine = fraction(3.0 * shape.teeth * foot);
-        width *= 1 - shape.toothDepth * (0.7 * (1 - coarse) + 0.3 * (1 - fine));
+        const double calm = SmoothStep(0.08, 0.4, along); // the blade's base is whole
+        width *= 1 - shape.toothDepth * calm * (0.7 * (1 - coarse) + 0.3 * (1 - fine));
     }
     return width;
 }

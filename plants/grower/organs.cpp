@@ -32,7 +32,7 @@ void AddSpray(vdt::Mesh& mesh, const SprayShape& spray, const LeafShape& shape, 
     double turn = 0;
     for (int i = 0; i < spray.leaves; ++i) {
         const double share = spray.leaves > 1 ? double(i) / (spray.leaves - 1) : 1.0;
-        const double place = spray.length * (spray.firstAt + (1 - spray.firstAt) * share);
+        const double place = spray.length * (spray.firstAt + (spray.lastAt - spray.firstAt) * share);
         const double angle = radians(random.around(spray.angle) * (1 - share) + spray.angleAtTip * share);
         const vdt::Vector3 outward{std::cos(radians(turn)), 0, std::sin(radians(turn))};
         const vdt::Vector3 direction = outward * std::sin(angle) + vdt::Vector3{0, std::cos(angle), 0};

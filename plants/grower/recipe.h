@@ -15,12 +15,13 @@
 
 namespace grower {
 
-/// How the stems of one order stand on those of the order before, and how they grow.
+/// How the stems of one layer stand on those of the layer before, and how they grow.
 struct StemRecipe {
     double spacing = 10;  // between neighbours on the parent
     double firstAt = 0.1; // the part of the parent that bears them, 0 foot to 1 tip
     double lastAt = 0.95;
-    Spread length{0.5, 0.1};  // of the parent's length; of the way to the crown's edge for the first order
+    // Of the parent's length; on a trunk, of the way to the crown's edge; on a scaffold's wood, centimetres.
+    Spread length{0.5, 0.1};
     double lengthAtTip = 0.4; // what is left of that near the parent's tip
     Spread angle{50, 8};      // to the parent at its foot
     double angleAtTip = 35;   // the same near the parent's tip
@@ -51,8 +52,8 @@ struct ScaffoldRecipe {
 
 /// Where foliage stands on the stems.
 struct FoliageRule {
-    int fromOrder = 2;           // stems of this order and beyond; the trunk's is 0
-    std::vector<int32_t> groups; // one of them at each place
+    int fromLayer = 2;           // stems of this layer and beyond; trunk and scaffold are 0, `stems` begins with 1
+    std::vector<int32_t> groups{}; // one of them at each place
     double firstAt = 0.1;        // the part of the stem that bears it
     double perVertex = 1;        // how many at each vertex
     bool tipOnly = false;        // at the stem's last vertex alone
@@ -63,7 +64,7 @@ struct FoliageRule {
 };
 
 struct AgeRecipe {
-    std::string name; // "young", "medium", "adult"
+    std::string name{}; // "young", "medium", "adult"
     uint64_t seed = 1;
     double height = 100;
     double trunkRadius = 1; // at the foot, above the flare
@@ -71,55 +72,55 @@ struct AgeRecipe {
     double flare = 0; // how much wider the very foot is, of the radius
     double flareHeight = 20;
     double trunkLength = 1; // of the height
-    Profile crown;          // radius by height, both of the plant's height
-    StemRecipe trunk;
-    std::optional<ScaffoldRecipe> scaffold; // in place of a trunk that runs to the top
-    std::vector<StemRecipe> stems;          // by order, from 1; on a scaffold the first stands on its thin wood
-    std::vector<FoliageRule> foliage;
+    Profile crown{};          // radius by height, both of the plant's height
+    StemRecipe trunk{};
+    std::optional<ScaffoldRecipe> scaffold{}; // in place of a trunk that runs to the top
+    std::vector<StemRecipe> stems{}; // each layer on the one before; on a scaffold the first stands on its thin wood
+    std::vector<FoliageRule> foliage{};
 };
 
 /// A picture, drawn on demand.
 struct TextureRecipe {
-    std::string file; // below the species' textures
-    std::function<Image()> draw;
+    std::string file{}; // below the species' textures
+    std::function<Image()> draw{};
 };
 
 /// A mesh that connectors of a group place in a season; in all of them if there is none.
 struct OrganRecipe {
     int32_t group = 0;
-    std::string season;
-    std::string name;
-    std::function<void(vdt::Mesh&)> build;
+    std::string season{};
+    std::string name{};
+    std::function<void(vdt::Mesh&)> build{};
 };
 
 struct SideRecipe {
-    std::string texture; // one of the textures; its mean colour is the side's colour
-    std::string normal;
+    std::string texture{}; // one of the textures; its mean colour is the side's colour
+    std::string normal{};
     float diffuseRoughness = 0;
-    vdt::Color3f specular;
+    vdt::Color3f specular{};
     float specularRoughness = 0.4f;
 };
 
 struct MaterialRecipe {
     int32_t id = 0;
-    std::string name;
-    SideRecipe front;
-    std::optional<SideRecipe> back;
+    std::string name{};
+    SideRecipe front{};
+    std::optional<SideRecipe> back{};
     bool cutOut = false;     // the front's texture has the outline in its alpha
     double translucency = 0; // how strongly light comes through, 0 to 1
     double depth = 0;        // how thick that is, model units
 };
 
 struct SpeciesRecipe {
-    std::string name; // botanical
-    vdt::LocalizedTexts labels;
-    vdt::LocalizedTexts descriptions;
-    vdt::SeasonColors wood;
-    vdt::SeasonColors foliage;
-    std::vector<TextureRecipe> textures;
-    std::vector<MaterialRecipe> materials;
-    std::vector<OrganRecipe> organs;
-    std::vector<AgeRecipe> ages; // youngest first; the last is the default
+    std::string name{}; // botanical
+    vdt::LocalizedTexts labels{};
+    vdt::LocalizedTexts descriptions{};
+    vdt::SeasonColors wood{};
+    vdt::SeasonColors foliage{};
+    std::vector<TextureRecipe> textures{};
+    std::vector<MaterialRecipe> materials{};
+    std::vector<OrganRecipe> organs{};
+    std::vector<AgeRecipe> ages{}; // youngest first; the last is the default
     int32_t proxyBark = 0;
     int32_t proxyFoliage = 0;
     bool storeProxy = false; // a light stand-in in the file, instead of one made on demand

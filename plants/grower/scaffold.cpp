@@ -15,6 +15,13 @@ struct WoodNode {
     int children = 0;
 };
 
+// A place that wants to be reached, and the wood nearest to it so far.
+struct Bud {
+    vdt::Vector3 position;
+    uint64_t nearest = vdt::kNone;
+    double distance = 0; // to that, squared
+};
+
 class Colony {
 public:
     Colony(const AgeRecipe& ageRecipe, Random& randomSource)
@@ -29,24 +36,25 @@ public:
         strewBuds();
         growBole();
         constexpr int kMostRounds = 600;
-        for (int round = 0; round < kMostRounds && growOneStep(); ++round) dropServedBuds();
+        for (int round = 0; round < kMostRounds && growOneStep(); ++round) {
+            const double near = recipe.nearEnough * recipe.nearEnough;
+            std::erase_if(buds, [&](const Bud& bud) { return bud.distance < near; });
+        }
         return std::move(nodes);
     }
 
 private:
-    using Cell = std::tuple<int, int, int>;
-
-    Cell cellOf(const vdt::Vector3& place) const
-    {
-        const auto index = [&](double along) { return static_cast<int>(std::floor(along / recipe.reach)); };
-        return {index(place.x), index(place.y), index(place.z)};
-    }
-
     void addNode(const vdt::Vector3& position, uint64_t parent)
     {
         if (parent != vdt::kNone) ++nodes[parent].children;
+        for (Bud& bud : buds) {
+            const vdt::Vector3 way = bud.position - position;
+            const double distance = vdt::Dot(way, way);
+            if (bud.nearest != vdt::kNone && distance >= bud.distance) continue;
+            bud.nearest = nodes.size();
+            bud.distance = distance;
+        }
         nodes.push_back({position, parent});
-        grid[cellOf(position)].push_back(nodes.size() - 1);
     }
 
     void strewBuds()
@@ -61,58 +69,38 @@ private:
             const double radius = age.height * ProfileValue(age.crown, place.y / age.height);
             const double out = std::hypot(place.x, place.z);
             if (out > radius || out < recipe.hollow * radius * random.real()) continue;
-            buds.push_back(place);
+            buds.push_back({.position = place});
         }
     }
 
-    // The bare trunk, up to where the first buds are felt.
+    // The bare trunk, up into the crown.
     void growBole()
     {
         const double top = (age.crown.front().at + recipe.clearance) * age.height;
+        const double stray = 0.25 * recipe.wander;
         vdt::Vector3 place{0, 0, 0};
         vdt::Vector3 direction{0, 1, 0};
         addNode(place, vdt::kNone);
         while (place.y < top) {
-            const double stray = 0.25 * recipe.wander;
-            direction = vdt::Normalized(
-                direction + vdt::Vector3{random.between(-stray, stray), 0.3, random.between(-stray, stray)});
+            const vdt::Vector3 push{random.between(-stray, stray), 0.3, random.between(-stray, stray)};
+            direction = vdt::Normalized(direction + push);
             place += direction * recipe.step;
             addNode(place, nodes.size() - 1);
         }
     }
 
-    // The wood that feels a bud, if any.
-    uint64_t nearestNode(const vdt::Vector3& bud) const
-    {
-        uint64_t nearest = vdt::kNone;
-        double best = recipe.reach * recipe.reach;
-        const auto [cellX, cellY, cellZ] = cellOf(bud);
-        for (int x = cellX - 1; x <= cellX + 1; ++x)
-            for (int y = cellY - 1; y <= cellY + 1; ++y)
-                for (int z = cellZ - 1; z <= cellZ + 1; ++z) {
-                    const auto found = grid.find({x, y, z});
-                    if (found == grid.end()) continue;
-                    for (const uint64_t node : found->second) {
-                        const vdt::Vector3 way = bud - nodes[node].position;
-                        const double distance = vdt::Dot(way, way);
-                        if (distance < best) std::tie(best, nearest) = std::tuple(distance, node);
-                    }
-                }
-        return nearest;
-    }
-
+    // Every node that some bud within reach is nearest to grows one child. False if there is none.
     bool growOneStep()
     {
-        std::map<uint64_t, vdt::Vector3> pulls; // in node order, so that growth does not depend on anything else
-        for (const vdt::Vector3& bud : buds) {
-            const uint64_t node = nearestNode(bud);
-            if (node == vdt::kNone) continue;
-            const vdt::Vector3 way = vdt::Normalized(bud - nodes[node].position);
-            const auto [place, isNew] = pulls.try_emplace(node, way);
+        std::map<uint64_t, vdt::Vector3> pulls;
+        for (const Bud& bud : buds) {
+            if (bud.distance > recipe.reach * recipe.reach) continue;
+            const vdt::Vector3 way = vdt::Normalized(bud.position - nodes[bud.nearest].position);
+            const auto [place, isNew] = pulls.try_emplace(bud.nearest, way);
             if (!isNew) place->second += way;
         }
         bool grown = false;
-        constexpr int kMostChildren = 3;
+        constexpr int kMostChildren = 3; // else a node between two equal pulls would bud for ever
         for (const auto& [node, pull] : pulls) {
             if (nodes[node].children >= kMostChildren) continue;
             const vdt::Vector3 stray{random.between(-1, 1), random.between(-1, 1), random.between(-1, 1)};
@@ -124,23 +112,11 @@ private:
         return grown;
     }
 
-    void dropServedBuds()
-    {
-        const double near = recipe.nearEnough * recipe.nearEnough;
-        std::erase_if(buds, [&](const vdt::Vector3& bud) {
-            const uint64_t node = nearestNode(bud);
-            if (node == vdt::kNone) return false;
-            const vdt::Vector3 way = bud - nodes[node].position;
-            return vdt::Dot(way, way) < near;
-        });
-    }
-
     const AgeRecipe& age;
     const ScaffoldRecipe& recipe;
     Random& random;
-    std::vector<vdt::Vector3> buds;
+    std::vector<Bud> buds;
     std::vector<WoodNode> nodes;
-    std::map<Cell, std::vector<uint64_t>> grid;
 };
 
 // The wood behind each node, as a length.
@@ -195,7 +171,6 @@ Stems GrowScaffold(const AgeRecipe& age, Random& random, std::vector<uint64_t>& 
         Stem stem{.material = isThin ? age.scaffold->thinMaterial : age.scaffold->material, .vertices = {}};
         if (parent != vdt::kNone) {
             std::tie(stem.parent, stem.parentVertex) = place[parent];
-            stem.order = stems[stem.parent].order + 1;
             stem.vertices.push_back({.position = nodes[parent].position});
         }
         uint64_t thin = vdt::kNone;

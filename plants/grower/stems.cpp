@@ -54,10 +54,10 @@ public:
         }
 
         uint64_t begin = 0;
-        for (const StemRecipe& recipe : age.stems) {
+        for (int layer = 1; layer <= static_cast<int>(age.stems.size()); ++layer) {
             const uint64_t end = stems.size();
             for (uint64_t parent = begin; parent < end; ++parent)
-                addChildren(parent, recipe, begin == 0 ? thinFrom[parent] : 0, begin == 0 && !age.scaffold);
+                addChildren(parent, layer, layer == 1 ? thinFrom[parent] : 0);
             begin = end;
         }
         stretchToHeight();
@@ -87,11 +87,11 @@ private:
         return distance;
     }
 
-    void addStem(const Start& start, const StemRecipe& recipe, int order)
+    void addStem(const Start& start, const StemRecipe& recipe, int layer)
     {
         const auto count = static_cast<uint64_t>(std::max(1.0, std::round(start.length / recipe.segment)));
         const double step = start.length / static_cast<double>(count);
-        Stem stem{.order = order,
+        Stem stem{.layer = layer,
                   .parent = start.parent,
                   .parentVertex = start.parentVertex,
                   .material = recipe.material,
@@ -111,8 +111,11 @@ private:
         if (stem.vertices.size() > 1) stems.push_back(std::move(stem));
     }
 
-    void addChildren(uint64_t parentIndex, const StemRecipe& recipe, uint64_t fromVertex, bool toCrownEdge)
+    void addChildren(uint64_t parentIndex, int layer, uint64_t fromVertex)
     {
+        const StemRecipe& recipe = age.stems[static_cast<size_t>(layer) - 1];
+        const bool toCrownEdge = layer == 1 && !age.scaffold;
+        const bool onScaffold = layer == 1 && age.scaffold;
         const Stem parent = stems[parentIndex]; // a copy: the list grows below
         const uint64_t last = parent.vertices.size() - 1;
         const double length = StemLength(parent);
@@ -134,10 +137,13 @@ private:
             const vdt::Vector3 direction = turnedAway(StemDirection(parent, vertex), angle, turn);
             const vdt::Vector3& start = parent.vertices[vertex].position;
             double childLength = random.around(recipe.length);
-            childLength *= toCrownEdge ? distanceToEdge(start, direction) : length * mix(1, recipe.lengthAtTip, share);
+            if (toCrownEdge)
+                childLength *= distanceToEdge(start, direction);
+            else
+                childLength *= (onScaffold ? 1 : length) * mix(1, recipe.lengthAtTip, share);
             childLength = prunedLength(start, direction, childLength);
             if (childLength < recipe.shortest) continue;
-            addStem({start, direction, childLength, parentIndex, vertex}, recipe, parent.order + 1);
+            addStem({start, direction, childLength, parentIndex, vertex}, recipe, layer);
         }
     }
 

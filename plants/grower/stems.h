@@ -16,7 +16,7 @@ struct StemVertex {
 };
 
 struct Stem {
-    int order = 0;                // the trunk's is 0
+    int layer = 0;                // 0: trunk or scaffold; else 1 + its recipe's place in the age's stems
     uint64_t parent = vdt::kNone; // position in the list; none for the trunk
     uint64_t parentVertex = 0;    // of the parent, on which the first vertex of this stem stands
     int32_t material = 0;

@@ -1,0 +1,2 @@
+#include "species/species.h"
+namespace grower { SpeciesRecipe LavandulaAngustifolia(){ return {.name="Lavandula"}; } }
