@@ -85,7 +85,7 @@ Bark PaintRidgedBark(const RidgedBarkPaint& paint, uint32_t size)
         const CellPlace plate = Cells(u + bendU, v + bendV, paint.ridges, paint.plates, paint.seed + 2);
         const double grain = FractalNoise(u, v, 48, 12, 3, paint.seed + 3);
         const double rough = FractalNoise(u, v, 24, 24, 4, paint.seed + 4);
-        const double ridge = SmoothStep(0.02, 0.38, plate.border + 0.10 * rough);
+        const double ridge = SmoothStep(0.0, 0.27, plate.border + 0.07 * rough);
         height = ridge * (0.70 + 0.14 * grain + 0.16 * rough) + 0.06 * rough;
 
         const double tone = 0.82 + 0.30 * ((plate.number & 0xFF) / 255.0) + 0.16 * grain + 0.12 * rough;

@@ -48,7 +48,7 @@ vdt::Color3f leafColor(const LeafShape& shape, const LeafPaint& paint, double ac
 
     // The field between two veins is arched, so it darkens towards them.
     const double veinPhase = fraction(shape.veins * foot + 0.5);
-    const double fromVein = std::fabs(veinPhase - 0.5) / shape.veins;
+    const double fromVein = shape.veins > 0 ? std::fabs(veinPhase - 0.5) / shape.veins : 1;
     color = Scaled(color, 1 - 0.10 * SmoothStep(0.03, 0.0, fromVein));
     const double sideVein = along < 0 ? 0 : SmoothStep(0.010, 0.003, fromVein) * (1 - 0.7 * distance / width);
     const double midrib = SmoothStep(0.016, 0.006, distance + 0.012 * std::max(along, 0.0));

@@ -14,7 +14,8 @@ namespace grower {
 struct SprayShape {
     int leaves = 4;
     double length = 10;     // of the piece of twig, model units
-    double firstAt = 0.1;   // where on it the first leaf stands, 0 to 1
+    double firstAt = -1;    // where the first leaf stands, in lengths; negative is behind the origin
+    double lastAt = 0;      // where the last one stands
     Spread angle{50, 10};   // between leaf and twig, degrees
     double angleAtTip = 30; // the same for the last leaf
     Spread turn{180, 15};   // around the twig from one leaf to the next, degrees

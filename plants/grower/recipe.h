@@ -52,12 +52,12 @@ struct ScaffoldRecipe {
 
 /// Where foliage stands on the stems.
 struct FoliageRule {
-    int fromLayer = 2;           // stems of this layer and beyond; trunk and scaffold are 0, `stems` begins with 1
+    int fromLayer = 2;             // stems of this layer and beyond; trunk and scaffold are 0, `stems` begins with 1
     std::vector<int32_t> groups{}; // one of them at each place
-    double firstAt = 0.1;        // the part of the stem that bears it
-    double perVertex = 1;        // how many at each vertex
-    bool tipOnly = false;        // at the stem's last vertex alone
-    Spread angle{0, 10};         // to the stem
+    double firstAt = 0.1;          // the part of the stem that bears it
+    double perVertex = 1;          // how many at each vertex
+    bool tipOnly = false;          // at the stem's last vertex alone
+    Spread angle{0, 10};           // to the stem
     Spread scale{1, 0.2};
     double droop = 0;  // how far it turns towards the ground, or the sky where negative, 0 to 1
     double faceUp = 1; // 1: faces the sky; 0: whichever way
@@ -72,7 +72,7 @@ struct AgeRecipe {
     double flare = 0; // how much wider the very foot is, of the radius
     double flareHeight = 20;
     double trunkLength = 1; // of the height
-    Profile crown{};          // radius by height, both of the plant's height
+    Profile crown{};        // radius by height, both of the plant's height
     StemRecipe trunk{};
     std::optional<ScaffoldRecipe> scaffold{}; // in place of a trunk that runs to the top
     std::vector<StemRecipe> stems{}; // each layer on the one before; on a scaffold the first stands on its thin wood
