@@ -63,52 +63,57 @@ int countContinuations(const SkeletonVertex& tip)
 // At a bend a ring would pinch the tube. The frame is stretched in the plane of the bend, across the tangent, as in a
 // mitred pipe joint. The two unit directions differ by just the direction across, so changing to the bend's axes,
 // stretching one and changing back come down to adding the stretch along that direction.
-void MiterFrame(RingFrame& frame, const Skeleton& skeleton, const SkeletonVertex& vertex)
+inline void MiterFrame(RingFrame& frame, const Skeleton& skeleton, const SkeletonVertex& vertex)
 {
-    const Vector3 toHere = frame.origin - skeleton.points[vertex.prev->point].position;
-    const Vector3 fromHere = skeleton.points[vertex.next->point].position - frame.origin;
-    if (!ExceedsInMagnitude(toHere, kSmallestDirection) || !ExceedsInMagnitude(fromHere, kSmallestDirection)) return;
+    const Vector3 a = frame.origin - skeleton.points[vertex.prev->point].position;
+    const Vector3 b = skeleton.points[vertex.next->point].position - frame.origin;
+    if (!ExceedsInMagnitude(a, kSmallestDirection) || !ExceedsInMagnitude(b, kSmallestDirection)) return;
 
-    const Vector3 a = toHere * (1 / Length(toHere)), b = fromHere * (1 / Length(fromHere));
-    const double halfAngleCosine = std::sqrt((1 + Dot(a, b)) / 2);
+    const double lengthA = Length(a), lengthB = Length(b);
+    const double halfAngleCosine = std::sqrt((1 + Dot(a, b) / (lengthA * lengthB)) / 2);
     if (!(halfAngleCosine > kHairpin && halfAngleCosine < kStraight)) return;
 
-    const double stretch = std::clamp(1 / halfAngleCosine, 1.0, kLargestStretch);
-    const Vector3 across = b - a;
-    const double share = (stretch - 1) / Dot(across, across);
+    // The stretch is 1 / cosine. No root or division more than it takes: this is a tube's dearest arithmetic.
+    const double cosine = std::max(halfAngleCosine, 1 / kLargestStretch);
+    const Vector3 across = b * lengthA - a * lengthB;
+    const double share = (1 - cosine) / (cosine * Dot(across, across));
     for (Vector3* axis : {&frame.x, &frame.y, &frame.z}) *axis += (share * Dot(*axis, across)) * across;
 }
 
-// `v` at unit length, or as it is if it has no direction; by one division.
-Vector3 unit(const Vector3& v)
+// `v` divided by the frame's volume and brought to unit length, if it has a direction then.
+inline Vector3 unitNormal(const Vector3& v, double volume)
 {
-    return ExceedsInMagnitude(v, kSmallestDirection) ? v * (1 / Length(v)) : v;
+    if (!ExceedsInMagnitude(v, kSmallestDirection * std::fabs(volume))) return v / volume;
+    return v * (1 / std::copysign(Length(v), volume));
 }
 
 // Of the ring's four points. Normals go by the inverse transpose of the frame; by the axes themselves where the frame
 // has no volume.
-void findNormals(const RingFrame& frame, RingNormals kind, Vector3 (&normals)[4])
+inline void findNormals(const RingFrame& frame, RingNormals kind, Vector3 (&normals)[4])
 {
     const Vector3 yz = Cross(frame.y, frame.z);
-    const double volume = Dot(frame.x, yz);
-    const double inverse = 1 / volume;
+    double volume = Dot(frame.x, yz);
+    const bool isFlat = volume == 0;
+    if (isFlat) volume = 1;
     if (kind == RingNormals::Outwards) {
-        const Vector3 x = volume == 0 ? Vector3{1, 0, 0} : yz * inverse;
-        const Vector3 y = volume == 0 ? Vector3{0, 1, 0} : Cross(frame.z, frame.x) * inverse;
-        normals[0] = unit(x + y);
-        normals[1] = unit(x - y);
+        const Vector3 x = isFlat ? Vector3{1, 0, 0} : yz;
+        const Vector3 y = isFlat ? Vector3{0, 1, 0} : Cross(frame.z, frame.x);
+        normals[0] = unitNormal(x + y, volume);
+        normals[1] = unitNormal(x - y, volume);
         normals[2] = -normals[0];
         normals[3] = -normals[1];
         return;
     }
-    const Vector3 z = unit(volume == 0 ? Vector3{0, 0, 1} : Cross(frame.x, frame.y) * inverse);
+    const Vector3 z = unitNormal(isFlat ? Vector3{0, 0, 1} : Cross(frame.x, frame.y), volume);
     for (Vector3& normal : normals) normal = kind == RingNormals::Forwards ? z : -z;
 }
 
 template <class Writer> class TubeMesher {
 public:
     TubeMesher(const ControlMeshRequest& controlMeshRequest, const Writer& meshWriter)
-        : request(controlMeshRequest), skeleton(controlMeshRequest.skeleton), writer(meshWriter),
+        : request(controlMeshRequest),
+          skeleton(controlMeshRequest.skeleton),
+          writer(meshWriter),
           levels(controlMeshRequest.polygonLevels)
     {
     }
