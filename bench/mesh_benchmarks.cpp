@@ -196,28 +196,19 @@ std::unique_ptr<MappedTopology> mapTopology(const Mesh& mesh)
 void topologyBesideMap(benchmark::State& state)
 {
     const Mesh& mesh = largeTubes().mesh;
-    bool same = true;
     NullMessageHandler messages;
-    const auto ours = [&] {
-        auto copy = std::make_unique<Mesh>();
-        copy->positions.resize(mesh.positions.size());
-        copy->polygonEnds = mesh.polygonEnds;
-        copy->polygonVertices = mesh.polygonVertices;
-        return copy;
-    };
-    std::unique_ptr<Mesh> bare = ours();
+    Mesh bare = mesh;
     const auto build = [&] {
-        bare->topologyValid = false;
-        bare->pointLinks = {};
-        bare->cornerEdges = {};
-        bare->edges = {};
-        bare->BuildTopology(messages);
-        return bare->edges.data();
+        bare.topologyValid = false;
+        bare.pointLinks = {};
+        bare.cornerEdges = {};
+        bare.edges = {};
+        bare.BuildTopology(messages);
+        return bare.edges.data();
     };
     CompareTimes(
         state, build, [&] { return mapTopology(mesh); }, ForgetFreeMemory);
-    same = std::ranges::equal(bare->edges, mapTopology(mesh)->edges);
-    if (!same) state.SkipWithError("the edge lists differ");
+    if (!std::ranges::equal(bare.edges, mapTopology(mesh)->edges)) state.SkipWithError("the edge lists differ");
 }
 
 // Twenty thousand and forty thousand triangles around one point: twice the work, twice the time.
@@ -263,10 +254,9 @@ void subdivideByBranching(benchmark::State& state)
         Subdivide(tubes.mesh, *result, messages, tubes.levels);
         return result;
     };
-    const Bytes bytes = bytesOf(*ours());
-    std::unique_ptr<Mesh> result = ours();
-    const Bytes copied = bytesOf(*result);
-    CompareTimes(state, ours, copiedFresh(copied), ForgetFreeMemory);
+    const std::unique_ptr<Mesh> result = ours();
+    const Bytes bytes = bytesOf(*result);
+    CompareTimes(state, ours, copiedFresh(bytes), ForgetFreeMemory);
 }
 
 #ifdef VERDANTH_BENCH_PEERS
@@ -322,9 +312,7 @@ public:
         options.SetFVarLinearInterpolation(OpenSubdiv::Sdc::Options::FVAR_LINEAR_ALL);
         auto result = std::make_unique<RefinedMesh>();
         result->refiner.reset(Factory::Create(descriptor, Factory::Options(OpenSubdiv::Sdc::SCHEME_CATMARK, options)));
-        far::TopologyRefiner::UniformOptions uniform(level);
-        uniform.fullTopologyInLastLevel = true;
-        result->refiner->RefineUniform(uniform);
+        result->refiner->RefineUniform(far::TopologyRefiner::UniformOptions(level));
         const far::PrimvarRefinerReal<double> positionRefiner(*result->refiner);
         const far::PrimvarRefinerReal<float> coordinateRefiner(*result->refiner);
         const std::vector<RefinedValue<3, double>>* source = &positions;

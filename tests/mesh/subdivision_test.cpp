@@ -106,7 +106,7 @@ TEST(Subdivide, IsThatOfWholeMeshesForEveryLevelOnAnyMesh)
         std::vector<int32_t> expectedIndices, indices;
         LiteralSubdivision(source.mesh).run(source.levels, expected, expectedIndices);
         const Mesh result = subdivided(source, &indices);
-        ExpectSameMesh(result, expected);
+        ExpectSameMesh(result, expected, 1e-14);
         EXPECT_EQ(indices, expectedIndices);
 
         // The same calls reach any other accessor, in the same order.

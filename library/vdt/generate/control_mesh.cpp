@@ -131,22 +131,27 @@ public:
     }
 
 private:
-    // As many rings as a tree can need: memory that stays unwritten costs nothing.
+    // What one vertex can need: two rings, a tube's four sides and a cap.
+    static constexpr uint64_t kVertexPoints = 8, kVertexQuads = 5;
+
+    // As much as a tree can need: memory that stays unwritten costs nothing.
     void makeRoomForAll()
     {
         uint64_t vertexCount = 0;
         for (const SkeletonBranch& branch : skeleton.branches) vertexCount += branch.vertexCount;
         const uint64_t capCount = skeleton.branches.size() + 1;
-        writer.reserve(4 * (vertexCount + capCount), 4 * vertexCount + capCount, 4 * (4 * vertexCount + capCount));
-        levels.resize(4 * vertexCount + capCount);
-        if (request.pointSources) request.pointSources->reserve(4 * (vertexCount + capCount));
+        const uint64_t pointCount = 4 * (vertexCount + capCount) + kVertexPoints;
+        const uint64_t quadCount = 4 * vertexCount + capCount + kVertexQuads;
+        writer.reserve(pointCount, quadCount, 4 * quadCount);
+        levels.resize(quadCount);
+        if (request.pointSources) request.pointSources->reserve(pointCount);
     }
 
     bool visit(const SkeletonVertex& vertex, uint64_t depth)
     {
         // Where branches meet in a circle the walk may come by more often than branches have rings.
-        writer.makeRoom(8, 5, 20);
-        if (levels.size() < polygonCount + 5) levels.resize(2 * levels.size() + 5);
+        writer.makeRoom(kVertexPoints, kVertexQuads, 4 * kVertexQuads);
+        if (levels.size() < polygonCount + kVertexQuads) levels.resize(2 * levels.size() + kVertexQuads);
 
         if (!vertex.prev) {
             const int64_t level = request.subdivisionLevel - static_cast<int64_t>(depth) + 1;

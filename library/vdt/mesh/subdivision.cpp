@@ -94,7 +94,7 @@ private:
     // Room for all that is to come, exact but for the unrefined polygons around the refined part. `part` is prepared.
     void reserve(const Mesh& mesh, std::span<const int32_t> levels, const RefinementLevel& part)
     {
-        uint64_t points = mesh.positions.size(), polygons = 0, corners = 0;
+        uint64_t points = mesh.positions.size(), polygons = 0, corners = 0, largest = 3;
         const auto inner = [](int32_t level) { return level > 0 ? (uint64_t{1} << level) - 1 : 0; };
         for (const MeshEdge& edge : part.edges) {
             const int32_t right = edge.rightFace < 0 ? 0 : part.levels[static_cast<size_t>(edge.rightFace)];
@@ -104,6 +104,7 @@ private:
             const int32_t level = levels[polygon];
             const uint64_t count = mesh.corners(polygon).size();
             if (count == 0) continue; // of any level
+            largest = std::max(largest, count);
             if (level == 0) {
                 ++polygons;
                 corners += count;
@@ -117,7 +118,8 @@ private:
         const uint64_t fans =
             part.polygonCount() - static_cast<uint64_t>(std::count_if(part.levels.begin(), part.levels.end(),
                                                                       [](int32_t level) { return level > 0; }));
-        writer.reserve(points, polygons + 2 * fans, corners + 5 * fans);
+        // The last polygons, too, are given the room that any might need.
+        writer.reserve(points + 2 * largest + 1, polygons + 2 * fans + largest, corners + 5 * fans + 4 * largest);
     }
 
     // The refined polygons of a prepared level, down to the deepest.
@@ -149,32 +151,55 @@ private:
                 if (number >= 0) number = outputIndices[static_cast<size_t>(number)];
     }
 
-    // The children of polygons of level 1.
+    // The children of polygons of level 1, with points numbered as these first name them: corner by corner its moved
+    // copy, the point on the edge that leaves it, the polygon's own, the point on the edge that arrives.
     void writeQuads(const RefinementLevel& level, Seam& seam)
     {
         seam.vertexPoints.assign(level.positions.size(), -1);
         seam.edgePoints.assign(level.edges.size(), -1);
-        uint64_t polygon = kNone;
-        int32_t facePoint = -1;
-        ForEachSplitCorner(level, true, [&](const SplitCorner& split) {
-            if (split.polygon != polygon) facePoint = -1;
-            polygon = split.polygon;
+        uint32_t first = 0;
+        for (uint64_t polygon = 0; polygon < level.polygonCount(); ++polygon) {
+            const uint32_t end = level.ends[polygon];
+            if (level.levels[polygon] > 0 && first < end) writeChildren(level, polygon, {first, end}, seam);
+            first = end;
+        }
+    }
 
-            writer.makeRoom(4, 1, 4);
-            const auto edgeNumber = [&](int32_t edge) {
-                int32_t& number = seam.edgePoints[static_cast<size_t>(edge)];
-                if (number < 0) number = addPoint(level.edgePoint(edge));
-                return number;
-            };
-            int32_t points[4];
-            points[0] = seam.vertexPoints[split.point];
-            if (points[0] < 0) points[0] = seam.vertexPoints[split.point] = addPoint(level.vertexPoint(split.point));
-            points[1] = edgeNumber(split.edge);
-            if (facePoint < 0) facePoint = addPoint(level.facePoint(split.polygon));
-            points[2] = facePoint;
-            points[3] = edgeNumber(split.edgeBefore);
-            writer.addPolygonFromLists(4, points, split.coordinates, level.materials[split.polygon]);
-        });
+    struct CornerRange {
+        uint32_t first, end;
+    };
+
+    void writeChildren(const RefinementLevel& level, uint64_t polygon, CornerRange corners, Seam& seam)
+    {
+        const uint32_t count = corners.end - corners.first;
+        writer.makeRoom(2 * count + 1, count, 4 * count);
+        const auto edgePoint = [&](uint32_t corner) {
+            const int32_t edge = level.cornerEdges[corner];
+            int32_t& number = seam.edgePoints[static_cast<size_t>(edge)];
+            if (number < 0) number = addPoint(level.edgePoint(edge));
+            return number;
+        };
+
+        int32_t facePoint = -1, before = -1;
+        const Vector2f* const coordinates = level.coordinates.data();
+        const Vector2f middle = level.middleCoordinate(polygon);
+        Vector2f arriving = Midpoint(coordinates[corners.first], coordinates[corners.end - 1]);
+        for (uint32_t corner = corners.first; corner < corners.end; ++corner) {
+            const uint32_t after = corner + 1 < corners.end ? corner + 1 : corners.first;
+            int32_t& moved = seam.vertexPoints[level.vertices[corner]];
+            if (moved < 0) moved = addPoint(level.vertexPoint(level.vertices[corner]));
+            const int32_t leaving = edgePoint(corner);
+            if (corner == corners.first) {
+                facePoint = addPoint(level.facePoint(polygon));
+                before = edgePoint(corners.end - 1);
+            }
+            const Vector2f leavingCoordinate = Midpoint(coordinates[corner], coordinates[after]);
+            const int32_t points[] = {moved, leaving, facePoint, before};
+            const Vector2f uvs[] = {coordinates[corner], leavingCoordinate, middle, arriving};
+            writer.addPolygonFromLists(4, points, uvs, level.materials[polygon]);
+            before = leaving;
+            arriving = leavingCoordinate;
+        }
     }
 
     // A polygon of level 0 with neighbours that may be refined. `indexAt` gives the place where a corner's output
