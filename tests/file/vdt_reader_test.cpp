@@ -350,4 +350,20 @@ TEST(VdtReader, BoundsRecordsByWhatAFileCanMean)
     EXPECT_EQ(read.messages.warnings.size(), 1u);
 }
 
+TEST(VdtReader, CountsMeshesOverAllVariants)
+{
+    std::string variant = "<model><qualifiers default=\"1500\">";
+    for (int i = 0; i < 2000; ++i) variant += "<qualifier id=\"" + std::to_string(i) + "\"/>";
+    variant += "</qualifiers>";
+    for (int i = 0; i < 20000; ++i) variant += "<mesh/><proxy><mesh/></proxy>";
+    const ReadModel read = readPlant(variant + "</model>" + variant + "</model>");
+    size_t meshes = 0;
+    for (const ModelVariant& one : read.model.variants) {
+        meshes += one.meshes.size() + one.proxies.size();
+        EXPECT_EQ(one.qualifiers.size(), 1024u);
+        EXPECT_EQ(one.defaultQualifier, 0u); // 1500 was left out
+    }
+    EXPECT_EQ(meshes, 65536u);
+}
+
 } // namespace vdt::test
