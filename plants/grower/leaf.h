@@ -24,11 +24,11 @@ struct LeafShape {
 };
 
 struct LeafPaint {
-    vdt::Color3f blade;
-    vdt::Color3f margin; // towards the edge, and in patches
-    vdt::Color3f vein;
+    vdt::Color3f blade{};
+    vdt::Color3f margin{}; // towards the edge, and in patches
+    vdt::Color3f vein{};
     double veinStrength = 0.5;
-    vdt::Color3f spot;
+    vdt::Color3f spot{};
     double spotShare = 0; // how much of the blade the spots cover, 0 to 1
     uint32_t seed = 1;
 };
