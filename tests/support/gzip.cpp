@@ -1,8 +1,8 @@
 #include "support/gzip.h"
 
-#include <vector>
-
 #include <zlib.h>
+
+#include <vector>
 
 namespace vdt::test {
 

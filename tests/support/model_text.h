@@ -18,8 +18,9 @@ struct ReadModel {
 /// A reader that keeps the losses.
 class LossReader final : public VdtReader {
 public:
-    LossReader(Model& model, MessageHandler& handler, std::vector<std::string>& sink)
-        : VdtReader(model, handler), losses(&sink)
+    LossReader(Model& target, MessageHandler& handler, std::vector<std::string>& sink)
+        : VdtReader(target, handler),
+          losses(&sink)
     {
     }
 

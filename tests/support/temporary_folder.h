@@ -6,7 +6,6 @@
 #include <fstream>
 #include <string>
 #include <string_view>
-
 #include <unistd.h>
 
 namespace vdt::test {
