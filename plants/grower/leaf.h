@@ -13,7 +13,7 @@ namespace grower {
 
 /// Lengths are in lengths of the blade.
 struct LeafShape {
-    Profile halfWidth;    // from 0 at the blade's base to 1 at its tip
+    Profile halfWidth{};  // from 0 at the blade's base to 1 at its tip
     double stalk = 0.2;   // length of the leaf stalk
     int lobes = 0;        // on each side
     double lobeDepth = 0; // how far they are cut towards the midrib, 0 to 1
