@@ -1,8 +1,8 @@
 // The elements of model files, and the stack of those that are open.
 #pragma once
 
-#include <cstdint>
 #include <cstddef>
+#include <cstdint>
 #include <initializer_list>
 #include <string_view>
 #include <vector>

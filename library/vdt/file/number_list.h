@@ -12,7 +12,10 @@
 namespace vdt {
 
 /// White space of the C locale.
-constexpr bool IsSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
+constexpr bool IsSpace(char c)
+{
+    return c == ' ' || (c >= '\t' && c <= '\r');
+}
 
 /// A number read from the front of a text, white space before it included.
 template <class Number> struct ParsedNumber {

@@ -18,10 +18,10 @@ struct ControlMeshRequest {
     const Skeleton& skeleton;
     std::span<const VariantMesh> foliage; // carried along for generators that want it; not read here
     MeshOutputAccessor& output;
-    int32_t subdivisionLevel = 0;              // of the trunk, falling by one with each branching; 0 for none
-    std::vector<int32_t>& polygonLevels;       // out: one entry a polygon
+    int32_t subdivisionLevel = 0;                  // of the trunk, falling by one with each branching; 0 for none
+    std::vector<int32_t>& polygonLevels;           // out: one entry a polygon
     std::vector<uint64_t>* pointSources = nullptr; // out: the skeleton point that each output point's ring is on
-    MessageHandler& messages;                  // told the time taken, through debug
+    MessageHandler& messages;                      // told the time taken, through debug
 };
 
 void GenerateControlMesh(const ControlMeshRequest& request);

@@ -8,7 +8,12 @@ namespace vdt {
 struct Matrix {
     double m[4][4];
 
-    static constexpr Matrix Identity() { return {{{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}}; }
+    static constexpr Matrix Identity()
+    {
+        return {
+            {{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}
+        };
+    }
 
     Vector3 row(int i) const { return {m[i][0], m[i][1], m[i][2]}; }
 
@@ -31,7 +36,10 @@ Matrix Inverse(const Matrix& a);
 Matrix Transpose(const Matrix& a);
 
 /// What normals go through when points go through `a`: the transpose of its inverse.
-inline Matrix NormalMatrix(const Matrix& a) { return Transpose(Inverse(a)); }
+inline Matrix NormalMatrix(const Matrix& a)
+{
+    return Transpose(Inverse(a));
+}
 
 /// p with w = 1 through `a`.
 inline Vector3 TransformPoint(const Vector3& p, const Matrix& a)
@@ -44,8 +52,7 @@ inline Vector3 TransformPoint(const Vector3& p, const Matrix& a)
 /// v with w = 0 through `a`: no translation.
 inline Vector3 TransformVector(const Vector3& v, const Matrix& a)
 {
-    return {v.x * a.m[0][0] + v.y * a.m[1][0] + v.z * a.m[2][0],
-            v.x * a.m[0][1] + v.y * a.m[1][1] + v.z * a.m[2][1],
+    return {v.x * a.m[0][0] + v.y * a.m[1][0] + v.z * a.m[2][0], v.x * a.m[0][1] + v.y * a.m[1][1] + v.z * a.m[2][1],
             v.x * a.m[0][2] + v.y * a.m[1][2] + v.z * a.m[2][2]};
 }
 

@@ -6,8 +6,8 @@
 
 namespace vdt {
 
-constexpr double kSmallestDirection = 1e-10;         // a vector with no component above this has no direction
-constexpr double kEpsilon = 2.220446049250313e-16;   // one rounding step of a double at 1
+constexpr double kSmallestDirection = 1e-10;       // a vector with no component above this has no direction
+constexpr double kEpsilon = 2.220446049250313e-16; // one rounding step of a double at 1
 constexpr double kPi = 3.141592653589793;
 
 /// A position, direction or extent. Left uninitialised by default, so that large arrays need not be cleared.
@@ -17,22 +17,49 @@ struct Vector3 {
     friend bool operator==(const Vector3&, const Vector3&) = default;
 };
 
-inline Vector3 operator+(const Vector3& a, const Vector3& b) { return {a.x + b.x, a.y + b.y, a.z + b.z}; }
-inline Vector3 operator-(const Vector3& a, const Vector3& b) { return {a.x - b.x, a.y - b.y, a.z - b.z}; }
-inline Vector3 operator-(const Vector3& a) { return {-a.x, -a.y, -a.z}; }
-inline Vector3 operator*(const Vector3& a, double s) { return {a.x * s, a.y * s, a.z * s}; }
-inline Vector3 operator*(double s, const Vector3& a) { return {s * a.x, s * a.y, s * a.z}; }
-inline Vector3 operator/(const Vector3& a, double s) { return {a.x / s, a.y / s, a.z / s}; }
-inline Vector3& operator+=(Vector3& a, const Vector3& b) { return a = a + b; }
+inline Vector3 operator+(const Vector3& a, const Vector3& b)
+{
+    return {a.x + b.x, a.y + b.y, a.z + b.z};
+}
+inline Vector3 operator-(const Vector3& a, const Vector3& b)
+{
+    return {a.x - b.x, a.y - b.y, a.z - b.z};
+}
+inline Vector3 operator-(const Vector3& a)
+{
+    return {-a.x, -a.y, -a.z};
+}
+inline Vector3 operator*(const Vector3& a, double s)
+{
+    return {a.x * s, a.y * s, a.z * s};
+}
+inline Vector3 operator*(double s, const Vector3& a)
+{
+    return {s * a.x, s * a.y, s * a.z};
+}
+inline Vector3 operator/(const Vector3& a, double s)
+{
+    return {a.x / s, a.y / s, a.z / s};
+}
+inline Vector3& operator+=(Vector3& a, const Vector3& b)
+{
+    return a = a + b;
+}
 
-inline double Dot(const Vector3& a, const Vector3& b) { return a.x * b.x + a.y * b.y + a.z * b.z; }
+inline double Dot(const Vector3& a, const Vector3& b)
+{
+    return a.x * b.x + a.y * b.y + a.z * b.z;
+}
 
 inline Vector3 Cross(const Vector3& a, const Vector3& b)
 {
     return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x};
 }
 
-inline double Length(const Vector3& a) { return std::sqrt(Dot(a, a)); }
+inline double Length(const Vector3& a)
+{
+    return std::sqrt(Dot(a, a));
+}
 
 /// True if some component exceeds `threshold` in magnitude; false for not-a-number throughout.
 inline bool ExceedsInMagnitude(const Vector3& a, double threshold)

@@ -31,8 +31,10 @@ class PointLinkTable {
 public:
     PointLinks operator[](uint64_t point) const
     {
-        return {{polygons.data() + polygonStarts[point], polygons.data() + polygonStarts[point + 1]},
-                {edges.data() + edgeStarts[point], edges.data() + edgeStarts[point + 1]}};
+        return {
+            {polygons.data() + polygonStarts[point], polygons.data() + polygonStarts[point + 1]},
+            {edges.data() + edgeStarts[point],       edges.data() + edgeStarts[point + 1]      }
+        };
     }
     uint64_t size() const { return polygonStarts.empty() ? 0 : polygonStarts.size() - 1; }
 
@@ -43,7 +45,7 @@ public:
 class Mesh final : public MeshOutputAccessor, public MeshInputAccessor {
 public:
     Mesh() = default;
-    Mesh(const Mesh& other); // geometry and name; the topology and the next level are made again on demand
+    Mesh(const Mesh& other); // geometry and name; the topology is made again on demand
     Mesh& operator=(const Mesh& other);
     Mesh(Mesh&&) noexcept = default;
     Mesh& operator=(Mesh&&) noexcept = default;
@@ -89,22 +91,27 @@ public:
     /// Makes pointLinks, cornerEdges and edges, unless they are up to date. See mesh_topology.cpp.
     void BuildTopology(MessageHandler& messages);
 
-    /// Makes room for so many more points, texture coordinates, polygons and corners.
+    /// Empties the mesh and keeps its arrays' memory, for use again.
+    void clear();
+
+    /// Makes room for exactly so many more points, texture coordinates, polygons and corners: once, before many.
     void reserveMore(uint64_t pointCount, uint64_t coordinateCount, uint64_t polygonCount, uint64_t cornerCount);
 
-    std::unique_ptr<Mesh> subdivided; // the next subdivision level, made on demand
     std::string name;
     Array<uint64_t> polygonEnds;
     Array<uint64_t> polygonVertices;    // point indices
     Array<uint64_t> polygonCoordinates; // indices into coordinates
     Array<Vector3> positions;
     Array<Vector2f> coordinates;
-    Array<Vector3> normals; // one a point
+    Array<Vector3> normals;   // one a point
     Array<int32_t> materials; // one a polygon
     bool topologyValid = false;
     PointLinkTable pointLinks;
     Array<int32_t> cornerEdges; // the edge from each corner to the next, in the order of polygonVertices
     Array<MeshEdge> edges;
+
+private:
+    void appendCopy(const Mesh& source, const Matrix& matrix);
 };
 
 } // namespace vdt

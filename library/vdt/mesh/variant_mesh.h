@@ -17,11 +17,15 @@ struct VariantMesh {
 
     VariantMesh() = default;
     VariantMesh(int32_t meshGroup, std::string season, std::unique_ptr<Mesh> source)
-        : group(meshGroup), qualifier(std::move(season)), mesh(std::move(source))
+        : group(meshGroup),
+          qualifier(std::move(season)),
+          mesh(std::move(source))
     {
     }
     VariantMesh(const VariantMesh& other)
-        : group(other.group), qualifier(other.qualifier), mesh(other.mesh ? std::make_unique<Mesh>(*other.mesh) : nullptr)
+        : group(other.group),
+          qualifier(other.qualifier),
+          mesh(other.mesh ? std::make_unique<Mesh>(*other.mesh) : nullptr)
     {
     }
     VariantMesh& operator=(const VariantMesh& other) { return *this = VariantMesh(other); }

@@ -1,8 +1,9 @@
-// The vertices of all branches that stand on one point form that point's ring.
+// The vertices of all branches that stand on one point form that point's ring, and its connectors another.
 //
-// A ring is a circular list through SkeletonVertex::ring, in order of linking. A vertex alone on its point has a
-// null link, so a ring has one member or at least two; no vertex ever links to itself. The point knows the ring's
-// entry and the member before it, so linking takes constant time. Rings do not own vertices.
+// A ring is a circular list through SkeletonVertex::ring or SkeletonConnector::nextConnector, in order of linking. A
+// member alone on its point has a null link, so a ring has one member or at least two; no member ever links to
+// itself. The point knows the ring's entry and the member before it, so linking takes constant time, while taking one
+// member out takes time by the size of the ring. Rings do not own their members.
 #pragma once
 
 #include "vdt/skeleton/skeleton.h"
@@ -36,11 +37,53 @@ private:
     const SkeletonVertex* self;
 };
 
+/// The indices of a point's connectors from the entry on. Valid until one is linked or erased there.
+class PointConnectors {
+public:
+    PointConnectors(const Skeleton& skeleton, const SkeletonPoint& point)
+        : connectors(skeleton.connectors),
+          first(point.firstConnector)
+    {
+    }
+
+    struct Iterator {
+        const Array<SkeletonConnector>& connectors;
+        uint64_t at;
+        uint64_t first;
+        uint64_t stepsLeft; // indices that were not renumbered may not lead back to the entry
+
+        uint64_t operator*() const { return at; }
+        Iterator& operator++()
+        {
+            at = connectors[at].nextConnector;
+            if (at == first || --stepsLeft == 0) at = kNone;
+            return *this;
+        }
+        bool operator==(std::default_sentinel_t) const { return at >= connectors.size(); }
+    };
+
+    Iterator begin() const { return {connectors, first, first, connectors.size()}; }
+    std::default_sentinel_t end() const { return {}; }
+
+private:
+    const Array<SkeletonConnector>& connectors;
+    uint64_t first;
+};
+
 /// Enters `vertex` into the ring of its point, which must not hold it yet. False, with nothing changed, if it is
 /// linked somewhere already. The point's entry moves to `vertex` unless that is the first of its branch.
 bool LinkVertex(Skeleton& skeleton, SkeletonVertex& vertex);
 
 /// Takes `vertex` out of the ring of its point. If it was the point's entry, its successor becomes the entry.
 void UnlinkVertex(Skeleton& skeleton, SkeletonVertex& vertex);
+
+/// Enters the connector at `index` into the ring of its point, which must not hold it yet, before the entry.
+void LinkConnector(Skeleton& skeleton, uint64_t index);
+
+/// Takes the connector at `index` out of the ring of its point. If it was the entry, its successor becomes the entry.
+void UnlinkConnector(Skeleton& skeleton, uint64_t index);
+
+/// True if branches begin on the point and none goes through it or ends there.
+bool IsRoot(const SkeletonPoint& point);
 
 } // namespace vdt

@@ -69,9 +69,9 @@ public:
     virtual ~Skeleton() = default;
 
     void Clear();
-    /// New points stand at 0 without vertex or connector.
+    /// New points stand at 0 without vertex or connector. Points that go take along what is on them.
     void ResizePoints(uint64_t count);
-    /// New branches have no vertices. Branches that go take their vertices along.
+    /// New branches have no vertices. Branches that go take their vertices along; all points stay.
     void ResizeBranches(uint64_t count);
     /// New connectors stand on no point.
     void ResizeConnectors(uint64_t count);
@@ -82,6 +82,8 @@ public:
     void Swap(Skeleton& other) noexcept;
     /// True if there are neither points nor branches nor connectors.
     bool isEmpty() const { return points.empty() && branches.empty() && connectors.empty(); }
+
+    // Editing. An index out of range gives kNone or false and changes nothing; in a list it is left out.
 
     /// Appends a copy of the position, rest position and weight of `source`, with nothing on it. Gives its index.
     uint64_t AddPoint(const SkeletonPoint& source);
@@ -102,25 +104,24 @@ public:
     /// Unlinks and erases one connector. Other connectors' ring indices stay as they are: the caller renumbers.
     bool RemoveConnector(uint64_t index);
     /// Erases the connectors and renumbers all rings. False for an empty list.
-    bool RemoveConnectors(std::vector<uint64_t> indices);
+    bool RemoveConnectors(const std::vector<uint64_t>& indices);
 
     /// Erases the point with its connectors and vertices, and renumbers.
     bool RemovePoint(uint64_t index);
     /// Erases the branch, and each point of it that holds neither vertex nor connector afterwards.
     bool RemoveBranch(uint64_t index);
     /// The same for a list in one pass. False for an empty list.
-    bool RemoveBranches(std::vector<uint64_t> indices);
+    bool RemoveBranches(const std::vector<uint64_t>& indices);
 
     /// Extends `box`, which is not reset.
     void GetBounds(Box& box, BoundsMode mode) const;
 
     /// All points on which branches only begin, in point order. False if there are none.
     bool FindRoots(std::vector<uint64_t>& roots) const;
-    /// Carries frames continuously from the root through all branches into the vertices' `orient`. False if the
-    /// branches do not form a tree and the walk ended early.
+    /// Carries frames continuously from the root through all branches into the vertices' `orient`. False, with the
+    /// rest left as it is, where no frame leads on to a vertex.
     bool ComputeOrientations();
-    /// Gives each point its weight by its distance from the crown's centre. False without points or without extent
-    /// to measure.
+    /// Gives each point its weight by its distance from the crown's centre. False if no point has a position.
     bool ComputeWeights();
 
     Array<SkeletonConnector> connectors;
@@ -128,6 +129,10 @@ public:
     Array<SkeletonBranch> branches;
 
 private:
+    void eraseConnectors(const std::vector<bool>& doomed);
+    void erasePoints(const std::vector<bool>& doomed);
+    std::vector<bool> eraseBranches(const std::vector<bool>& doomed);
+
     VertexPool pool;
 };
 

@@ -2,14 +2,13 @@
 //
 // A plant has hundreds of thousands of vertices. In blocks they cost a tenth of what single allocations cost, stand
 // in memory in the order in which a file names them, and go all at once. Addresses stay valid until a vertex is
-// given back. Each vertex has a slot number that is dense enough to index a table.
+// given back. The blocks in a row number all vertices ever handed out; a vertex's number is its slot.
 #pragma once
 
 #include "vdt/math/quaternion.h"
 #include "vdt/math/vector.h"
 
 #include <cstdint>
-#include <memory>
 #include <vector>
 
 namespace vdt {
@@ -49,18 +48,16 @@ public:
     void clear();
     void swap(VertexPool& other) noexcept;
 
-    /// One past the highest slot number in use.
-    uint64_t slotCount() const;
-    /// The slot number of a vertex that came from this pool.
-    uint64_t slotOf(const SkeletonVertex* vertex) const;
+    /// Becomes a copy of `other`, slot by slot, whose vertices link to each other as the originals do.
+    void assign(const VertexPool& other);
+    /// The copy that assign() made of a vertex of `original`; null for null.
+    SkeletonVertex* copyOf(const SkeletonVertex* vertex, const VertexPool& original);
 
 private:
-    struct Block {
-        std::unique_ptr<SkeletonVertex[]> vertices;
-        uint64_t size = 0;
-        uint64_t used = 0;      // vertices handed out so far, given back or not
-        uint64_t firstSlot = 0; // sum of the sizes of the blocks before
-    };
+    using Block = std::vector<SkeletonVertex>; // never grows beyond its first capacity, so that addresses stay valid
+
+    uint64_t slotCount() const;
+    uint64_t slotOf(const SkeletonVertex* vertex) const;
 
     std::vector<Block> blocks;
     SkeletonVertex* freeList = nullptr; // given back, linked through `next`

@@ -1,8 +1,8 @@
 // The tree walk that every generator uses to visit a skeleton.
 //
 // A walk visits the tree of the first root alone, each vertex once. On a skeleton whose branches do not form a tree
-// it ends after as many visits as there are vertices. A walker holds one stack entry for each open branch and reads
-// the skeleton, which must outlive it and stay as it is.
+// it ends after as many visits as there are vertices, or earlier. A walker holds one stack entry for each open branch
+// and reads the skeleton, which must outlive it; links and radii must stay as they are until the walk has ended.
 #pragma once
 
 #include "vdt/skeleton/skeleton.h"
@@ -31,25 +31,35 @@ public:
     bool atEnd() const { return stack.empty(); }
     /// The vertex visited now. Not at the end.
     const SkeletonVertex& vertex() const { return *stack.back().current; }
-    /// How many branches are open: 1 on the trunk. Negative never.
+    /// How many branches are open: 1 on the trunk.
     uint64_t depth() const { return stack.size(); }
     const Skeleton& skeleton() const { return *source; }
 
 private:
+    // An open branch. The cursor is the side branch's vertex that the walk is at on the current point or, with
+    // branchFirst, the vertex behind the current one once the rest of the branch has been walked.
     struct Entry {
         const SkeletonVertex* current;
         const SkeletonVertex* cursor;
     };
 
-    void start();
-    void step();
-    void stepVertexByVertex();
-    void stepBranchByBranch();
+    // These take the stack to another vertex and tell whether that one is to be passed over.
+    bool start();
+    bool step();
+    bool stepVertexByVertex();
+    bool stepBranchByBranch();
+
+    bool countVisit();
+    bool countDetour();
+    bool isDeadSide(const SkeletonVertex& side) const;
+    bool beginsThinRun(const SkeletonVertex& vertex) const;
+    bool goesOnThin(const SkeletonVertex& vertex, const SkeletonVertex& next) const;
 
     const Skeleton* source;
-    bool branchFirst;
-    WalkFilter filter;
+    bool wholeBranches;
+    WalkFilter skipped;
     uint64_t visitsLeft = 0;
+    uint64_t detoursLeft = 0;
     std::vector<Entry> stack;
 };
 

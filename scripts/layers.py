@@ -1,0 +1,64 @@
+#!/usr/bin/env python3
+"""Checks every include of the tree against the one table of who may know whom. Prints what breaks it; 1 if any does."""
+
+import pathlib
+import re
+import sys
+
+# The folders of each target, and which other folders' headers their files may include. A folder that is not listed
+# may not be included from, and may include nothing but its own.
+MAY_INCLUDE = {
+    "library/vdt/memory": "",
+    "library/vdt/math": "memory",
+    "library/vdt/messages": "memory",
+    "library/vdt/mesh": "memory math messages",
+    "library/vdt/skeleton": "memory math messages mesh",
+    "library/vdt/model": "memory math messages mesh skeleton",
+    "library/vdt/file": "memory math messages mesh skeleton model",
+    "library/vdt/cache": "memory math messages mesh skeleton model file",
+    "library/vdt/generate": "memory math messages mesh skeleton model",
+}
+# Where each target finds what it includes in quotes. The tests and the benchmarks may see everything.
+SEARCHED = {"library": ["library"], "plants": ["plants", "library"], "app": ["app", "library"]}
+# In angle brackets the library may name standard headers and zlib alone.
+LIBRARY_SYSTEM_HEADER = re.compile(r"[a-z0-9_]+|zlib\.h")
+INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]')
+
+
+def faults(root, file):
+    """What is wrong with the includes of one file, one text a fault."""
+    folder = file.parent.relative_to(root).as_posix()
+    target = folder.split("/")[0]
+    for number, line in enumerate(file.read_text().splitlines(), 1):
+        match = INCLUDE.match(line)
+        if not match:
+            continue
+        quote, name = match.groups()
+        place = f"{file.relative_to(root)}:{number}"
+        if quote == "<":
+            if target == "library" and not LIBRARY_SYSTEM_HEADER.fullmatch(name):
+                yield f"{place}: the library knows the standard library and zlib alone, not <{name}>"
+            continue
+        found = [base for base in SEARCHED[target] if (root / base / name).is_file()]
+        if not found:
+            yield f"{place}: {target} may not see \"{name}\" (searched: {', '.join(SEARCHED[target])})"
+            continue
+        included = (pathlib.PurePosixPath(found[0]) / name).parent.as_posix()
+        family = folder.rsplit("/", 1)[0]
+        allowed = [f"{family}/{sibling}" for sibling in MAY_INCLUDE.get(folder, "").split()]
+        if found[0] == target and folder in MAY_INCLUDE and included != folder and included not in allowed:
+            yield f"{place}: {folder} may not know {included}"
+        if target == "library" and folder not in MAY_INCLUDE:
+            yield f"{place}: {folder} has no row in the table of scripts/layers.py"
+
+
+def main():
+    root = pathlib.Path(sys.argv[1] if len(sys.argv) > 1 else pathlib.Path(__file__).parent.parent).resolve()
+    files = [f for target in SEARCHED for f in sorted((root / target).rglob("*")) if f.suffix in (".h", ".cpp")]
+    found = [fault for file in files for fault in faults(root, file)]
+    print(*found, sep="\n", end="\n" if found else "")
+    print(f"layers: {len(files)} files, {len(found)} faults")
+    return 1 if found or not files else 0
+
+
+sys.exit(main())

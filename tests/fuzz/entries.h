@@ -1,0 +1,14 @@
+// What the fuzzers call with one input each. The ordinary tests call the same functions with the committed corpus.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace vdt::test {
+
+// Each gives what it found wrong, empty if nothing. Anything worse is left to the sanitizers.
+std::string FuzzEventParser(std::string_view input);
+std::string FuzzModelReader(std::string_view input);
+std::string FuzzInflateStream(std::string_view input);
+
+} // namespace vdt::test
