@@ -13,9 +13,9 @@ namespace verdanth {
 
 class Console final : public vdt::MessageHandler {
 public:
-    /// `terminal`: whether `messages` is one, so that a line may be drawn over.
-    Console(std::ostream& results, std::ostream& messages, bool terminal)
-        : resultStream(&results), messageStream(&messages), terminal(terminal)
+    /// `isTerminal`: whether `messages` is one, so that a line may be drawn over.
+    Console(std::ostream& results, std::ostream& messages, bool isTerminal)
+        : resultStream(&results), messageStream(&messages), terminal(isTerminal)
     {
     }
     ~Console() override { clearLine(); }

@@ -30,9 +30,15 @@ std::FILE* openBeside(const std::string& path, std::string& partPath)
 OutputFile::OutputFile(std::string target) : path(std::move(target))
 {
     std::error_code ignored;
-    if (std::filesystem::is_directory(path, ignored)) return fail(EISDIR);
+    if (std::filesystem::is_directory(path, ignored)) {
+        fail(EISDIR);
+        return;
+    }
     file = openBeside(path, partPath);
-    if (!file) return fail(errno);
+    if (!file) {
+        fail(errno);
+        return;
+    }
     std::setvbuf(file, nullptr, _IONBF, 0);
     buffer.reserve(kBufferSize);
 }

@@ -33,8 +33,8 @@ private:
 
 class CheckedReader final : public vdt::VdtReader {
 public:
-    CheckedReader(vdt::Model& model, vdt::MessageHandler& handler, FindingList& findingList)
-        : VdtReader(model, handler), findings(&findingList)
+    CheckedReader(vdt::Model& target, vdt::MessageHandler& handler, FindingList& findingList)
+        : VdtReader(target, handler), findings(&findingList)
     {
     }
 

@@ -143,11 +143,12 @@ std::string FoldName(std::string_view name)
     std::string folded(name);
     for (size_t i = 0; i < folded.size(); ++i) {
         char& c = folded[i];
+        const auto byte = static_cast<unsigned char>(c);
         const bool afterC3 = i > 0 && folded[i - 1] == '\xC3';
         if (c == '_') c = ' ';
         if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
         // The accented capitals in UTF-8: a lead byte C3, then 80 to 9E. 97 is the multiplication sign.
-        if (afterC3 && c >= '\x80' && c <= '\x9E' && c != '\x97') c = static_cast<char>(c + 0x20);
+        if (afterC3 && byte >= 0x80 && byte <= 0x9E && byte != 0x97) c = static_cast<char>(c + 0x20);
     }
     return folded;
 }
