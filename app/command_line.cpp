@@ -27,7 +27,7 @@ int parseAndRun(const std::vector<std::string>& arguments, Console& console)
         program.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend())); // it takes them from the back
     } catch (const CLI::CallForHelp&) {
         const std::vector<CLI::App*> chosen = program.get_subcommands();
-        console.out() << (chosen.empty() ? program.help() : chosen.front()->help());
+        console.out() << (chosen.empty() ? program.help() : chosen.front()->help("verdanth"));
         return kSuccess;
     } catch (const CLI::Success& request) { // the version
         console.out() << request.what() << '\n';
@@ -56,7 +56,7 @@ void AddLibraryOption(CLI::App& command, std::string& folder)
 void AddFormatOption(CLI::App& command, std::string& format)
 {
     command.add_option("--format", format, "How to print: for people or for programs")
-        ->check(CLI::IsMember({"table", "json"}))
+        ->check(CLI::IsMember({"table", "json"}).description(""))
         ->capture_default_str()
         ->type_name("table|json");
 }

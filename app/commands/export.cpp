@@ -96,12 +96,12 @@ void AddExportCommand(CLI::App& program, CommandWork& chosen)
     command->add_option("--season", request->season, "By name or label; else the variant's default")
         ->type_name("NAME");
     command->add_option("--subdivision", request->subdivision, "How often trunk and branches are rounded")
-        ->check(CLI::Range(0, kHighestSubdivision))
+        ->check(CLI::Range(0, kHighestSubdivision).description(""))
         ->capture_default_str()
         ->type_name("N");
     command->add_flag("--uniform", request->uniform, "Round all branches alike, not the thinner ones less");
     command->add_option("--instances", request->instances, "Foliage in glTF: one mesh a material, or a node a leaf")
-        ->check(CLI::IsMember({"merge", "nodes"}))
+        ->check(CLI::IsMember({"merge", "nodes"}).description(""))
         ->capture_default_str()
         ->type_name("merge|nodes");
     AddLibraryOption(*command, request->library);

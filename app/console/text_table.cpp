@@ -60,6 +60,14 @@ std::string GroupedNumber(uint64_t number)
     return text;
 }
 
+std::string Numbered(std::string_view word, int64_t number)
+{
+    std::string text(word);
+    text += ' ';
+    text += std::to_string(number);
+    return text;
+}
+
 std::string ByteCount(uint64_t bytes)
 {
     constexpr const char* kUnits[] = {"kB", "MB", "GB", "TB"};

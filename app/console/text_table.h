@@ -32,6 +32,9 @@ size_t TextWidth(std::string_view text);
 /// "1,234,567"
 std::string GroupedNumber(uint64_t number);
 
+/// "material 7"
+std::string Numbered(std::string_view word, int64_t number);
+
 /// "12.3 MB"
 std::string ByteCount(uint64_t bytes);
 

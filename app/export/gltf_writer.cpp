@@ -283,7 +283,8 @@ private:
         uint64_t next = 1;
         for (size_t m = 0; m < meshes.size(); ++m) {
             const GltfMesh& mesh = meshes[m];
-            const std::string meshReference = "\"mesh\":" + std::to_string(m);
+            std::string meshReference = "\"mesh\":";
+            meshReference += std::to_string(m);
             roots += (roots.empty() ? "" : ",") + std::to_string(next++);
             nodes += ",{\"name\":" + quoted(mesh.name);
             if (mesh.nodes.empty()) {

@@ -38,7 +38,7 @@ public:
         std::set<std::string> used;
         for (const SceneMaterial& material : source.materials) {
             std::string word = oneWord(material.name);
-            while (!used.insert(word).second) word += "_" + std::to_string(material.matid);
+            while (!used.insert(word).second) word.append("_").append(std::to_string(material.matid));
             materialNames.push_back(std::move(word));
         }
     }

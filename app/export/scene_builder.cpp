@@ -1,5 +1,6 @@
 #include "export/scene_builder.h"
 
+#include "console/text_table.h"
 #include "export/picture.h"
 #include "export/scene_mesh_builder.h"
 #include "lookup/open_plant.h"
@@ -34,11 +35,11 @@ private:
     {
         SceneMaterial material;
         material.matid = matid;
-        material.name = "material " + std::to_string(matid);
+        material.name = Numbered("material", matid);
         const auto hasId = [matid](const vdt::MaterialData& data) { return data.matid == matid; };
         const auto found = std::find_if(model->materials.begin(), model->materials.end(), hasId);
         if (found == model->materials.end()) {
-            messages->warning("there is no material " + std::to_string(matid) + "; what uses it becomes grey");
+            messages->warning("there is no " + material.name + "; what uses it becomes grey");
             material.color = vdt::MaterialSide().diffuseColor;
             return material;
         }
@@ -171,7 +172,7 @@ bool BuildScene(const SceneRequest& request, Scene& scene, vdt::MessageHandler& 
         leaf.AppendMesh(*record.mesh, vdt::Matrix::Identity());
         leaf.finish();
         object.mesh.name =
-            record.mesh->name.empty() ? "foliage " + std::to_string(record.group) : record.mesh->name;
+            record.mesh->name.empty() ? Numbered("foliage", record.group) : record.mesh->name;
         dropped += leaf.droppedPolygons;
         const double reach = reachOf(object.mesh);
         for (const vdt::SkeletonConnector& connector : skeleton.connectors) {

@@ -1,5 +1,6 @@
 #include "inspect/check_file.h"
 
+#include "console/text_table.h"
 #include "exit_status.h"
 #include "files/input_file.h"
 #include "inspect/check_gzip.h"
@@ -57,7 +58,7 @@ void checkTextures(const vdt::Model& model, const std::string& path, FindingList
     std::set<std::string> told;
     std::set<int32_t> ids;
     for (const vdt::MaterialData& material : model.materials) {
-        const std::string owner = "material " + std::to_string(material.matid) + ": ";
+        const std::string owner = Numbered("material", material.matid) + ": ";
         const auto check = [&](const std::string& texture, const char* use) {
             checkTexture(texture, owner + use, path, told, findings);
         };
@@ -73,7 +74,7 @@ void checkTextures(const vdt::Model& model, const std::string& path, FindingList
         check(material.displacementTexture, "displacement texture");
         check(material.subsurfaceTexture, "subsurface texture");
         if (!ids.insert(material.matid).second)
-            findings.warn("material", "two materials have the id " + std::to_string(material.matid));
+            findings.warn("material", Numbered("two materials have the id", material.matid));
     }
 }
 
@@ -93,7 +94,7 @@ public:
         for (uint64_t i = 0; i < mainFile.model.variants.size() && !messages->isCancelled(); ++i)
             anyUsable |= checkVariant(i);
         if (!anyUsable && !messages->isCancelled())
-            mainFindings.fail("variant", "none of its variants can be loaded");
+            mainFindings.fail("variant", "none of its variants has anything to show");
     }
 
 private:

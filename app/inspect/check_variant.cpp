@@ -95,8 +95,8 @@ void checkPoints(const vdt::Skeleton& skeleton, const std::string& title, Findin
                                         " of neighbouring branch points lie on one another; the first is on branch " +
                                         std::to_string(firstBranch));
     if (empty > 0)
-        findings.warn("branch", title + ": " + counted(empty, "branch has", "branches have") +
-                                    " fewer than two vertices and leave no trace");
+        findings.warn("branch", title + ": " + counted(empty, "branch is", "branches are") +
+                                    " left without a trace, having fewer than two vertices");
 }
 
 // The bound has to hold the skeleton, and to lie within the box that leaves room for the largest leaf everywhere.

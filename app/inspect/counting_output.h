@@ -1,4 +1,4 @@
-// A mesh output that counts what is written instead of keeping it.
+// A mesh output that counts and measures what is written instead of keeping it.
 #pragma once
 
 #include "vdt/mesh/mesh.h"
@@ -8,7 +8,11 @@ namespace verdanth {
 class CountingOutput final : public vdt::MeshOutputAccessor {
 public:
     bool SetName(std::string_view) override { return true; }
-    uint64_t AddPoint(const vdt::Vector3&, const vdt::Vector3&) override { return points++; }
+    uint64_t AddPoint(const vdt::Vector3& position, const vdt::Vector3&) override
+    {
+        bound.extend(position);
+        return points++;
+    }
     uint64_t AddUV(float, float) override { return coordinates++; }
     bool AddPolygon(std::span<const uint64_t> vertices, std::span<const uint64_t>, int32_t) override
     {
@@ -30,6 +34,7 @@ public:
     uint64_t coordinates = 0;
     uint64_t polygons = 0;
     uint64_t corners = 0;
+    vdt::Box bound; // model units
 };
 
 } // namespace verdanth

@@ -139,8 +139,8 @@ Json describeCounts(const CountingOutput& counted)
     return {{"points", counted.points}, {"polygons", counted.polygons}, {"bytes", counted.bytes()}};
 }
 
-// Builds the plant part by part. Foliage is what its copies sum up to.
-Json describeCost(const vdt::ModelVariant& variant, vdt::MessageHandler& messages)
+// Builds the plant part by part and keeps none of it. Foliage is what its copies sum up to.
+Json describeCost(const vdt::ModelVariant& variant, double metersPerUnit, vdt::MessageHandler& messages)
 {
     const std::string season = DefaultSeason(variant);
     CountingOutput branches;
@@ -148,8 +148,12 @@ Json describeCost(const vdt::ModelVariant& variant, vdt::MessageHandler& message
     vdt::BuildPlantMesh(variant, {.season = season, .foliage = false}, branches, messages);
     if (!messages.isCancelled())
         vdt::BuildPlantMesh(variant, {.season = season, .branches = false}, foliage, messages);
+    vdt::Box bound = branches.bound;
+    bound.extend(foliage.bound);
     return {{"season", season},
             {"subdivision", vdt::PlantMeshOptions().subdivisionLevel},
+            {"bound", describeBox(bound)},
+            {"heightMeters", describeHeight(bound, metersPerUnit)},
             {"branches", describeCounts(branches)},
             {"foliage", describeCounts(foliage)},
             {"points", branches.points + foliage.points},
@@ -186,7 +190,7 @@ Json describeVariant(OpenPlant& plant, uint64_t index, Console& console)
 
     object["holds"] = describeContent(*variant);
     object["foliage"] = describeFoliage(*variant);
-    object["cost"] = describeCost(*variant, console);
+    object["built"] = describeCost(*variant, meters, console);
     return object;
 }
 

@@ -141,7 +141,8 @@ void printVariants(const Json& facts, std::ostream& out)
     TextTable bounds({">#", "", "minimum", "maximum"});
     for (const Json& variant : facts["variants"]) {
         const std::string index = std::to_string(variant["index"].get<uint64_t>());
-        const Json& height = variant["heightMeters"];
+        const bool built = variant.contains("built");
+        const Json& height = built ? variant["built"]["heightMeters"] : variant["heightMeters"];
         const std::string extref = text(variant, "extref");
         table.addRow({index, text(variant, "name"), flag(variant, "default", "default"),
                       joinedTexts(variant["labels"]), height.is_null() ? "?" : FixedNumber(height.get<double>(), 2),
@@ -151,6 +152,9 @@ void printVariants(const Json& facts, std::ostream& out)
         for (const auto& [key, word] : boxes)
             if (const Json& box = variant[key]; !box.is_null())
                 bounds.addRow({index, word, numbers(box["min"]), numbers(box["max"])});
+        if (built && !variant["built"]["bound"].is_null())
+            bounds.addRow({index, "built", numbers(variant["built"]["bound"]["min"]),
+                           numbers(variant["built"]["bound"]["max"])});
     }
     printSection(out, "Variants", table);
     printSection(out, "Bounds (" + text(facts, "unit") + ")", bounds);
@@ -167,7 +171,7 @@ void printContent(const Json& facts, std::ostream& out)
         for (const Json& proxy : variant["proxies"])
             meshes.addRow({index, "proxy", "", text(proxy, "qualifier"), "", count(proxy, "points"),
                            count(proxy, "polygons")});
-        if (!variant.contains("cost")) continue;
+        if (!variant.contains("built")) continue;
 
         const Json& held = variant["holds"];
         holds.addRow({index, text(variant, "name"), count(held, "points"), count(held, "branches"),
@@ -177,7 +181,7 @@ void printContent(const Json& facts, std::ostream& out)
             meshes.addRow({index, "foliage", std::to_string(mesh["group"].get<int32_t>()), text(mesh, "qualifier"),
                            text(mesh, "name"), count(mesh, "points"), count(mesh, "polygons"),
                            count(mesh, "connectors")});
-        const Json& built = variant["cost"];
+        const Json& built = variant["built"];
         cost.addRow({index, text(built, "season"), std::to_string(built["subdivision"].get<int>()),
                      count(built["branches"], "points"), count(built["branches"], "polygons"),
                      count(built["foliage"], "points"), count(built["foliage"], "polygons"), count(built, "polygons"),

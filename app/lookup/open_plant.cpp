@@ -1,6 +1,7 @@
 #include "lookup/open_plant.h"
 
 #include "console/console.h"
+#include "console/text_table.h"
 #include "files/input_file.h"
 #include "lookup/species.h"
 
@@ -93,7 +94,7 @@ std::string DefaultSeason(const vdt::ModelVariant& variant)
 std::string VariantTitle(const vdt::Model& model, uint64_t variant)
 {
     const std::string& name = model.variants[variant].name;
-    return name.empty() ? "variant " + std::to_string(variant) : name;
+    return name.empty() ? Numbered("variant", static_cast<int64_t>(variant)) : name;
 }
 
 double MetersPerUnit(int32_t unit)
