@@ -20,8 +20,8 @@ MAY_INCLUDE = {
 }
 # Where each target finds what it includes in quotes. The tests and the benchmarks may see everything.
 SEARCHED = {"library": ["library"], "plants": ["plants", "library"], "app": ["app", "library"]}
-# In angle brackets the library may name standard headers and zlib alone.
-LIBRARY_SYSTEM_HEADER = re.compile(r"[a-z0-9_]+|zlib\.h")
+# In angle brackets the library may name standard headers and zlib alone. <clocale> need not declare newlocale().
+LIBRARY_SYSTEM_HEADER = re.compile(r"[a-z0-9_]+|locale\.h|zlib\.h")
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]')
 
 

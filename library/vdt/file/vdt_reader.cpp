@@ -171,8 +171,7 @@ void VdtReader::readModelStart(const ElementAttributes& attributes)
     attributes.read("extref", variant.extref);
     attributes.read("name", variant.name);
     const std::string* isDefault = attributes.find("default");
-    if (isDefault && (*isDefault == "1" || lowered(*isDefault) == "true"))
-        model->defaultVariant = model->variants.size();
+    if (isDefault && (*isDefault == "1" || lowered(*isDefault) == "true")) pendingDefault = model->variants.size();
 }
 
 void VdtReader::readQualifier(const ElementAttributes& attributes)
@@ -270,6 +269,8 @@ void VdtReader::endModel()
     // Without a plant around it the file is the target of some extref, and tells who wrote this variant.
     if (stack.endsWith({Element::Verdanth, Element::Model})) variant.info = std::exchange(pendingInfo, {});
     if (hasRoom(model->variants.size(), "variants")) model->variants.push_back(std::move(variant));
+    // Only now: the element of a variant that was flagged may never have ended.
+    if (pendingDefault < model->variants.size()) model->defaultVariant = pendingDefault;
     variant = {};
 }
 

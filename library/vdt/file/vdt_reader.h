@@ -110,6 +110,7 @@ private:
     FileInfo pendingInfo;
     Qualifier qualifier;
     ModelVariant variant;
+    uint64_t pendingDefault = kNone; // position of the last variant flagged as default
     bool limitReported = false;
 
     MaterialData material;

@@ -98,7 +98,6 @@ private:
     bool popPending = false; // the top frame belongs to a tip on which other branches may begin
 };
 
-// Which extent counts as the largest where two are equal is part of every stored weight.
 double largestExtent(const Vector3& size)
 {
     if (size.x > size.y) return size.x > size.z ? size.x : size.z;

@@ -38,7 +38,7 @@ struct SkeletonBranch {
 
 struct ConnectorAttributes {
     Color3f color{1, 1, 1};
-    Quaternion orient;
+    Quaternion orient{};
     double scale = 1;
     int32_t group = 0; // the foliage records that are placed here
 

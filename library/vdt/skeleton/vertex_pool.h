@@ -17,7 +17,7 @@ struct VertexAttributes {
     double radius = 1; // model units
     float tex_v = 0;   // the texture's v along the branch
     Color3f color{1, 1, 1};
-    Quaternion orient; // the frame: z along the branch
+    Quaternion orient{}; // the frame: z along the branch
 
     friend bool operator==(const VertexAttributes&, const VertexAttributes&) = default;
 };
