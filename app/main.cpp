@@ -1,9 +1,8 @@
 #include "command_line.h"
 #include "console/interrupt.h"
 
-#include <unistd.h>
-
 #include <iostream>
+#include <unistd.h>
 
 int main(int count, char** values)
 {

@@ -30,11 +30,17 @@ Json describe(const CheckReport& report)
 {
     Json findings = Json::array();
     for (const Finding& finding : report.findings)
-        findings.push_back({{"severity", finding.unusable ? "error" : "warning"},
-                            {"kind", finding.kind},
-                            {"file", finding.file},
-                            {"text", finding.text}});
-    return {{"file", report.file}, {"status", verdict(report.status())}, {"findings", std::move(findings)}};
+        findings.push_back({
+            {"severity", finding.unusable ? "error" : "warning"},
+            {"kind",     finding.kind                          },
+            {"file",     finding.file                          },
+            {"text",     finding.text                          }
+        });
+    return {
+        {"file",     report.file             },
+        {"status",   verdict(report.status())},
+        {"findings", std::move(findings)     }
+    };
 }
 
 // One line a finding, and one a file, in the order of the request.
@@ -69,8 +75,7 @@ int runCheck(const CheckOptions& options, Console& console)
         else
             print(report, console.out());
     }
-    if (options.format == "json")
-        console.out() << all.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
+    if (options.format == "json") console.out() << all.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
     return status;
 }
 
@@ -84,7 +89,8 @@ void AddCheckCommand(CLI::App& program, CommandWork& chosen)
     AddFormatOption(*command, options->format);
     command->footer(ExampleText("verdanth check plants/*/*.vdt.gz", "checks a whole plant library") +
                     "\nExit status: 0 clean, 1 warnings, 2 if a file is unusable.");
-    command->callback([options, &chosen] { chosen = [options](Console& console) { return runCheck(*options, console); }; });
+    command->callback(
+        [options, &chosen] { chosen = [options](Console& console) { return runCheck(*options, console); }; });
 }
 
 } // namespace verdanth

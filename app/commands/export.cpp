@@ -93,8 +93,7 @@ void AddExportCommand(CLI::App& program, CommandWork& chosen)
         ->type_name("OUT");
     command->add_option("--variant", request->variant, "By name, label or number from 0; else the file's default")
         ->type_name("NAME|N");
-    command->add_option("--season", request->season, "By name or label; else the variant's default")
-        ->type_name("NAME");
+    command->add_option("--season", request->season, "By name or label; else the variant's default")->type_name("NAME");
     command->add_option("--subdivision", request->subdivision, "How often trunk and branches are rounded")
         ->check(CLI::Range(0, kHighestSubdivision).description(""))
         ->capture_default_str()
@@ -107,7 +106,8 @@ void AddExportCommand(CLI::App& program, CommandWork& chosen)
     AddLibraryOption(*command, request->library);
     command->footer(ExampleText("verdanth export \"Silver Birch\" --variant young --season autumn -o birch.glb",
                                 "writes a young birch in autumn as one binary glTF file"));
-    command->callback([request, &chosen] { chosen = [request](Console& console) { return runExport(*request, console); }; });
+    command->callback(
+        [request, &chosen] { chosen = [request](Console& console) { return runExport(*request, console); }; });
 }
 
 } // namespace verdanth

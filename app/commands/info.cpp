@@ -48,7 +48,8 @@ void AddInfoCommand(CLI::App& program, CommandWork& chosen)
     AddLibraryOption(*command, options->library);
     command->footer(ExampleText("verdanth info \"Silver Birch\" --variant adult",
                                 "tells all about the adult birch of the plant library"));
-    command->callback([options, &chosen] { chosen = [options](Console& console) { return runInfo(*options, console); }; });
+    command->callback(
+        [options, &chosen] { chosen = [options](Console& console) { return runInfo(*options, console); }; });
 }
 
 } // namespace verdanth

@@ -43,13 +43,25 @@ void Console::line(std::string_view kind, std::string_view text)
     *messageStream << OneLine(text) << std::endl;
 }
 
-void Console::message(std::string_view text) { line("", text); }
+void Console::message(std::string_view text)
+{
+    line("", text);
+}
 
-void Console::warning(std::string_view text) { line("warning: ", text); }
+void Console::warning(std::string_view text)
+{
+    line("warning: ", text);
+}
 
-void Console::error(std::string_view text) { line("error: ", text); }
+void Console::error(std::string_view text)
+{
+    line("error: ", text);
+}
 
-bool Console::isCancelled() { return CaughtSignal() != 0; }
+bool Console::isCancelled()
+{
+    return CaughtSignal() != 0;
+}
 
 std::string OneLine(std::string_view text)
 {

@@ -15,7 +15,9 @@ class Console final : public vdt::MessageHandler {
 public:
     /// `isTerminal`: whether `messages` is one, so that a line may be drawn over.
     Console(std::ostream& results, std::ostream& messages, bool isTerminal)
-        : resultStream(&results), messageStream(&messages), terminal(isTerminal)
+        : resultStream(&results),
+          messageStream(&messages),
+          terminal(isTerminal)
     {
     }
     ~Console() override { clearLine(); }

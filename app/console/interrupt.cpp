@@ -21,6 +21,9 @@ void CatchInterrupts()
     std::signal(SIGTERM, noteSignal);
 }
 
-int CaughtSignal() { return g_caughtSignal; }
+int CaughtSignal()
+{
+    return g_caughtSignal;
+}
 
 } // namespace verdanth

@@ -20,7 +20,10 @@ Writer writerFor(const std::string& path)
 
 } // namespace
 
-bool IsExportPath(const std::string& path) { return writerFor(path) != nullptr; }
+bool IsExportPath(const std::string& path)
+{
+    return writerFor(path) != nullptr;
+}
 
 bool ExportScene(const Scene& scene, const ExportOptions& options, ExportSummary& summary,
                  vdt::MessageHandler& messages)

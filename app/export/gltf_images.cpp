@@ -16,8 +16,8 @@ std::optional<size_t> GltfImages::add(const std::string& path)
     const std::optional<PictureKind> kind = ProbePicture(path, problem);
     if (kind == PictureKind::Other) problem = "is neither PNG nor JPEG, and glTF knows no others";
 
-    GltfImage image{std::filesystem::path(path).stem().string(), kind == PictureKind::Png ? "image/png" : "image/jpeg",
-                    {}, {}};
+    GltfImage image{
+        std::filesystem::path(path).stem().string(), kind == PictureKind::Png ? "image/png" : "image/jpeg", {}, {}};
     if (problem.empty() && textureFiles) image.uri = UriOf(textureFiles->place(path, problem));
     if (problem.empty() && !textureFiles) image.bytes = ReadWholeFile(path, problem).value_or(std::vector<uint8_t>());
     if (problem.empty()) return known[path] = keep(std::move(image));
@@ -49,7 +49,9 @@ std::optional<size_t> GltfImages::addCombined(const SceneMaterial& material)
     const std::optional<Picture> mask = ReadPng(material.alphaTexture, problem);
     if (!mask) return failed(material.alphaTexture, problem);
 
-    std::optional<Picture> color = Picture{1, 1, {255, 255, 255, 255}};
+    std::optional<Picture> color = Picture{
+        1, 1, {255, 255, 255, 255}
+    };
     if (!material.colorTexture.empty()) color = ReadPng(material.colorTexture, problem);
     if (!color) return failed(material.colorTexture, problem);
 

@@ -19,8 +19,8 @@ struct GltfImage {
 /// The base colour texture of a material.
 struct GltfBaseTexture {
     std::optional<size_t> image;
-    bool cutOut = false;     // its alpha tells where the surface is
-    bool hasColor = false;   // it brings the colour too
+    bool cutOut = false;   // its alpha tells where the surface is
+    bool hasColor = false; // it brings the colour too
 };
 
 class GltfImages {

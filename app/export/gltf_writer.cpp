@@ -67,7 +67,10 @@ float lineared(float channel)
     return channel <= 0.04045F ? channel / 12.92F : std::pow((channel + 0.055F) / 1.055F, 2.4F);
 }
 
-Json described(const Float3& v) { return {v.x, v.y, v.z}; }
+Json described(const Float3& v)
+{
+    return {v.x, v.y, v.z};
+}
 
 std::string quoted(const std::string& text)
 {
@@ -91,7 +94,10 @@ class GltfWriter {
 public:
     GltfWriter(const Scene& source, const ExportOptions& exportOptions, OutputFiles& outputFiles,
                vdt::MessageHandler& handler)
-        : scene(&source), options(&exportOptions), files(&outputFiles), messages(&handler),
+        : scene(&source),
+          options(&exportOptions),
+          files(&outputFiles),
+          messages(&handler),
           binary(FoldName(exportOptions.path).ends_with(".glb")),
           textureFiles(exportOptions.path, source.materials, outputFiles),
           images(binary ? nullptr : &textureFiles, handler)
@@ -113,9 +119,14 @@ public:
             return false;
         }
 
-        document["asset"] = {{"version", "2.0"}, {"generator", "verdanth " VERDANTH_VERSION}};
+        document["asset"] = {
+            {"version",   "2.0"                       },
+            {"generator", "verdanth " VERDANTH_VERSION}
+        };
         document["scene"] = 0;
-        document["scenes"] = Json::array({{{"name", scene->name}, {"nodes", {0}}}});
+        document["scenes"] = Json::array({
+            {{"name", scene->name}, {"nodes", {0}}}
+        });
         if (!describeMeshes()) return false;
         describeMaterials();
         describeImages();
@@ -182,7 +193,11 @@ private:
 
     size_t addView(uint64_t bytes, int target)
     {
-        Json view = {{"buffer", 0}, {"byteOffset", bufferSize}, {"byteLength", bytes}};
+        Json view = {
+            {"buffer",     0         },
+            {"byteOffset", bufferSize},
+            {"byteLength", bytes     }
+        };
         if (target) view["target"] = target;
         document["bufferViews"].push_back(std::move(view));
         bufferSize += (bytes + 3) / 4 * 4;
@@ -192,8 +207,12 @@ private:
     size_t addAccessor(uint64_t count, const char* type, int component, uint64_t bytes, int target)
     {
         const size_t view = addView(bytes, target);
-        document["accessors"].push_back(
-            {{"bufferView", view}, {"componentType", component}, {"count", count}, {"type", type}});
+        document["accessors"].push_back({
+            {"bufferView",    view     },
+            {"componentType", component},
+            {"count",         count    },
+            {"type",          type     }
+        });
         return document["accessors"].size() - 1;
     }
 
@@ -210,12 +229,16 @@ private:
                 const int indexType = p.hasShortIndices() ? kUnsignedShort : kUnsignedInt;
                 const size_t index = addAccessor(p.indexCount, "SCALAR", indexType,
                                                  p.indexCount * (p.hasShortIndices() ? 2 : 4), kElementArrayBuffer);
-                primitives.push_back(
-                    {{"attributes", {{"POSITION", position}, {"NORMAL", normal}, {"TEXCOORD_0", coordinate}}},
-                     {"indices", index},
-                     {"material", p.material}});
+                primitives.push_back({
+                    {"attributes", {{"POSITION", position}, {"NORMAL", normal}, {"TEXCOORD_0", coordinate}}},
+                    {"indices",    index                                                                   },
+                    {"material",   p.material                                                              }
+                });
             }
-            document["meshes"].push_back({{"name", mesh.name}, {"primitives", std::move(primitives)}});
+            document["meshes"].push_back({
+                {"name",       mesh.name            },
+                {"primitives", std::move(primitives)}
+            });
         }
         return fitsFormat(bufferSize);
     }
@@ -229,27 +252,40 @@ private:
         return false;
     }
 
-    Json textureInfo(size_t image) const { return {{"index", image}}; } // textures and images pair up one to one
+    Json textureInfo(size_t image) const
+    {
+        return {
+            {"index", image}
+        };
+    } // textures and images pair up one to one
 
     void describeMaterials()
     {
         for (const SceneMaterial& material : scene->materials) {
             const GltfBaseTexture base = images.addBaseTexture(material);
             const vdt::Color3f& c = material.color;
-            Json surface = {{"baseColorFactor", {lineared(c.r), lineared(c.g), lineared(c.b), 1}}};
+            Json surface = {
+                {"baseColorFactor", {lineared(c.r), lineared(c.g), lineared(c.b), 1}}
+            };
             if (base.hasColor) surface["baseColorFactor"] = {1, 1, 1, 1};
             if (base.image) surface["baseColorTexture"] = textureInfo(*base.image);
             surface["metallicFactor"] = 0;
             surface["roughnessFactor"] = material.roughness;
 
-            Json described = {{"name", material.name}, {"pbrMetallicRoughness", std::move(surface)}};
-            if (const auto normal = images.add(material.normalTexture)) described["normalTexture"] = textureInfo(*normal);
+            Json described = {
+                {"name",                 material.name     },
+                {"pbrMetallicRoughness", std::move(surface)}
+            };
+            if (const auto normal = images.add(material.normalTexture))
+                described["normalTexture"] = textureInfo(*normal);
             if (base.cutOut) {
                 described["alphaMode"] = "MASK";
                 described["alphaCutoff"] = kAlphaCutoff;
             }
             if (material.twoSided) described["doubleSided"] = true;
-            described["extras"] = {{"matid", material.matid}};
+            described["extras"] = {
+                {"matid", material.matid}
+            };
             document["materials"].push_back(std::move(described));
         }
     }
@@ -257,13 +293,14 @@ private:
     void describeImages()
     {
         if (images.images.empty()) return;
-        document["samplers"] = Json::array({{{"magFilter", kLinear},
-                                             {"minFilter", kLinearMipmapLinear},
-                                             {"wrapS", kRepeat},
-                                             {"wrapT", kRepeat}}});
+        document["samplers"] = Json::array({
+            {{"magFilter", kLinear}, {"minFilter", kLinearMipmapLinear}, {"wrapS", kRepeat}, {"wrapT", kRepeat}}
+        });
         for (size_t i = 0; i < images.images.size(); ++i) {
             const GltfImage& image = images.images[i];
-            Json described = {{"name", image.name}};
+            Json described = {
+                {"name", image.name}
+            };
             if (image.uri.empty()) {
                 described["bufferView"] = addView(image.bytes.size(), 0);
                 described["mimeType"] = image.mimeType;
@@ -271,7 +308,10 @@ private:
                 described["uri"] = image.uri;
             }
             document["images"].push_back(std::move(described));
-            document["textures"].push_back({{"sampler", 0}, {"source", i}});
+            document["textures"].push_back({
+                {"sampler", 0},
+                {"source",  i}
+            });
         }
     }
 
@@ -306,7 +346,10 @@ private:
                 nodes += '}';
             }
         }
-        const Json extras = {{"variant", scene->variant}, {"season", scene->season}};
+        const Json extras = {
+            {"variant", scene->variant},
+            {"season",  scene->season }
+        };
         return "[{\"name\":" + quoted(scene->name) + ",\"children\":[" + roots +
                "],\"extras\":" + extras.dump(-1, ' ', false, Json::error_handler_t::replace) + "}" + nodes + "]";
     }
@@ -387,9 +430,9 @@ private:
         OutputFile& file = files->create(options->path);
         const auto number = [&](uint64_t value) {
             const auto narrow = static_cast<uint32_t>(value);
-            const unsigned char bytes[] = {
-                static_cast<unsigned char>(narrow), static_cast<unsigned char>(narrow >> 8),
-                static_cast<unsigned char>(narrow >> 16), static_cast<unsigned char>(narrow >> 24)};
+            const unsigned char bytes[] = {static_cast<unsigned char>(narrow), static_cast<unsigned char>(narrow >> 8),
+                                           static_cast<unsigned char>(narrow >> 16),
+                                           static_cast<unsigned char>(narrow >> 24)};
             file.write(bytes, sizeof bytes);
         };
         file.text("glTF");

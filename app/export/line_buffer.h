@@ -15,8 +15,7 @@ public:
         *end++ = c;
         return *this;
     }
-    template <class Number> LineBuffer& add(Number value)
-        requires(sizeof(Number) >= 4)
+    template <class Number> LineBuffer& add(Number value) requires(sizeof(Number) >= 4)
     {
         end = std::to_chars(end, characters + sizeof characters, value).ptr;
         return *this;

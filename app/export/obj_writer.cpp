@@ -32,7 +32,10 @@ class ObjWriter {
 public:
     ObjWriter(const Scene& source, const ExportOptions& exportOptions, OutputFiles& outputFiles,
               vdt::MessageHandler& handler)
-        : scene(&source), options(&exportOptions), files(&outputFiles), messages(&handler),
+        : scene(&source),
+          options(&exportOptions),
+          files(&outputFiles),
+          messages(&handler),
           textureFiles(exportOptions.path, source.materials, outputFiles)
     {
         std::set<std::string> used;

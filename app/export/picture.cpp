@@ -15,7 +15,8 @@ constexpr uint32_t kLargestSide = 8192;
 
 bool isPng(const std::vector<uint8_t>& bytes)
 {
-    return bytes.size() >= sizeof kPngSignature && std::equal(std::begin(kPngSignature), std::end(kPngSignature), bytes.begin());
+    return bytes.size() >= sizeof kPngSignature &&
+           std::equal(std::begin(kPngSignature), std::end(kPngSignature), bytes.begin());
 }
 
 uint32_t bigEndian(const uint8_t* bytes)
@@ -80,8 +81,8 @@ std::optional<Picture> ReadPng(const std::string& path, std::string& problem)
     png_image image{};
     image.version = PNG_IMAGE_VERSION;
     Picture picture;
-    if (png_image_begin_read_from_memory(&image, bytes->data(), bytes->size()) && image.width > 0 &&
-        image.height > 0 && image.width <= kLargestSide && image.height <= kLargestSide) {
+    if (png_image_begin_read_from_memory(&image, bytes->data(), bytes->size()) && image.width > 0 && image.height > 0 &&
+        image.width <= kLargestSide && image.height <= kLargestSide) {
         image.format = PNG_FORMAT_RGBA;
         picture.width = image.width;
         picture.height = image.height;

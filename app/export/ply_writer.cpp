@@ -20,7 +20,10 @@ class PlyWriter {
 public:
     PlyWriter(const Scene& source, const ExportOptions& exportOptions, OutputFiles& outputFiles,
               vdt::MessageHandler& handler)
-        : scene(&source), options(&exportOptions), files(&outputFiles), messages(&handler)
+        : scene(&source),
+          options(&exportOptions),
+          files(&outputFiles),
+          messages(&handler)
     {
         objects.push_back(&source.body);
         for (const SceneObject& object : source.foliage) objects.push_back(&object);
@@ -39,9 +42,9 @@ public:
 
         OutputFile& file = files->create(options->path);
         writeHeader(file, summary);
-        const bool complete = forEachCopy([&](const SceneMesh& mesh, const Placer& placer) {
-            writeVertices(file, mesh, placer);
-        }) && forEachCopy([&](const SceneMesh& mesh, const Placer& placer) { writePolygons(file, mesh, placer); });
+        const bool complete =
+            forEachCopy([&](const SceneMesh& mesh, const Placer& placer) { writeVertices(file, mesh, placer); }) &&
+            forEachCopy([&](const SceneMesh& mesh, const Placer& placer) { writePolygons(file, mesh, placer); });
         return complete || messages->isCancelled();
     }
 
@@ -63,8 +66,8 @@ private:
         std::string name = scene->name;
         std::replace_if(
             name.begin(), name.end(), [](unsigned char c) { return c < ' ' || c == 0x7F; }, ' ');
-        file.text("ply\nformat binary_little_endian 1.0\ncomment " + name + ", in metres, Y up\n" +
-                  "element vertex " + std::to_string(summary.vertices) +
+        file.text("ply\nformat binary_little_endian 1.0\ncomment " + name + ", in metres, Y up\n" + "element vertex " +
+                  std::to_string(summary.vertices) +
                   "\nproperty float x\nproperty float y\nproperty float z\n"
                   "property float nx\nproperty float ny\nproperty float nz\n"
                   "property float s\nproperty float t\n"

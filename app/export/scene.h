@@ -58,7 +58,7 @@ struct SceneObject {
 /// Texture paths name files that can be read, or are empty.
 struct SceneMaterial {
     int32_t matid = 0;
-    std::string name; // never empty
+    std::string name;   // never empty
     vdt::Color3f color; // sRGB
     std::string colorTexture;
     std::string alphaTexture; // may be the colour texture, for its alpha channel
@@ -75,8 +75,8 @@ struct Scene {
     std::string name; // of the plant
     std::string variant;
     std::string season;
-    SceneObject body;                 // trunk and branches; without polygons if there are none
-    std::vector<SceneObject> foliage; // each with polygons and placements
+    SceneObject body;                     // trunk and branches; without polygons if there are none
+    std::vector<SceneObject> foliage;     // each with polygons and placements
     std::vector<SceneMaterial> materials; // those in use
 };
 

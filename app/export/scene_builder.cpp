@@ -17,7 +17,9 @@ namespace {
 class SceneMaterials {
 public:
     SceneMaterials(const vdt::Model& source, std::vector<SceneMaterial>& target, vdt::MessageHandler& handler)
-        : model(&source), materials(&target), messages(&handler)
+        : model(&source),
+          materials(&target),
+          messages(&handler)
     {
     }
 
@@ -171,8 +173,7 @@ bool BuildScene(const SceneRequest& request, Scene& scene, vdt::MessageHandler& 
         SceneMeshBuilder leaf(object.mesh, meters, materialIndex);
         leaf.AppendMesh(*record.mesh, vdt::Matrix::Identity());
         leaf.finish();
-        object.mesh.name =
-            record.mesh->name.empty() ? Numbered("foliage", record.group) : record.mesh->name;
+        object.mesh.name = record.mesh->name.empty() ? Numbered("foliage", record.group) : record.mesh->name;
         dropped += leaf.droppedPolygons;
         const double reach = reachOf(object.mesh);
         for (const vdt::SkeletonConnector& connector : skeleton.connectors) {

@@ -12,11 +12,20 @@ Float3 narrowed(const vdt::Vector3& v)
     return {static_cast<float>(v.x), static_cast<float>(v.y), static_cast<float>(v.z)};
 }
 
-vdt::Vector3 widened(const Float3& v) { return {v.x, v.y, v.z}; }
+vdt::Vector3 widened(const Float3& v)
+{
+    return {v.x, v.y, v.z};
+}
 
-bool isFinite(const Float3& v) { return std::isfinite(v.x) && std::isfinite(v.y) && std::isfinite(v.z); }
+bool isFinite(const Float3& v)
+{
+    return std::isfinite(v.x) && std::isfinite(v.y) && std::isfinite(v.z);
+}
 
-float finiteOrZero(float value) { return std::isfinite(value) ? value : 0; }
+float finiteOrZero(float value)
+{
+    return std::isfinite(value) ? value : 0;
+}
 
 } // namespace
 
@@ -103,8 +112,8 @@ void SceneMeshBuilder::finish()
         vdt::Vector3 normal{0, 0, 0};
         const vdt::Vector3 origin = widened(mesh->points[pointOf(start)]);
         for (uint32_t c = start + 1; c + 1 < end; ++c)
-            normal += vdt::Cross(widened(mesh->points[pointOf(c)]) - origin,
-                                 widened(mesh->points[pointOf(c + 1)]) - origin);
+            normal +=
+                vdt::Cross(widened(mesh->points[pointOf(c)]) - origin, widened(mesh->points[pointOf(c + 1)]) - origin);
         const double length = vdt::Length(normal);
         if (!(length > 0) || !std::isfinite(length)) continue;
         for (uint32_t c = start; c < end; ++c) {

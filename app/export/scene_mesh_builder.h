@@ -12,7 +12,9 @@ class SceneMeshBuilder final : public vdt::MeshOutputAccessor {
 public:
     /// `materialIndex` turns a material id into a position in the scene's materials.
     SceneMeshBuilder(SceneMesh& target, double metersPerUnit, std::function<uint32_t(int32_t)> materialIndex)
-        : mesh(&target), scale(metersPerUnit), indexOfMaterial(std::move(materialIndex))
+        : mesh(&target),
+          scale(metersPerUnit),
+          indexOfMaterial(std::move(materialIndex))
     {
     }
 

@@ -23,7 +23,8 @@ fs::path resolved(const fs::path& path)
 } // namespace
 
 TextureFiles::TextureFiles(const std::string& mainPath, const std::vector<SceneMaterial>& materials, OutputFiles& files)
-    : outputFiles(&files), baseFolder(resolved(fs::path(mainPath)).parent_path().string()),
+    : outputFiles(&files),
+      baseFolder(resolved(fs::path(mainPath)).parent_path().string()),
       textureFolder(fs::path(mainPath).stem().string() + "_textures")
 {
     for (const SceneMaterial& material : materials)
@@ -58,8 +59,8 @@ std::string TextureFiles::newName(const std::string& name)
     const auto isSource = [&](const std::string& source) {
         return IsSameFile((fs::path(baseFolder) / textureFolder / candidate).string(), source);
     };
-    for (int number = 2; !usedNames.insert(FoldName(candidate)).second ||
-                         std::any_of(sources.begin(), sources.end(), isSource);
+    for (int number = 2;
+         !usedNames.insert(FoldName(candidate)).second || std::any_of(sources.begin(), sources.end(), isSource);
          ++number)
         candidate = path.stem().string() + "_" + std::to_string(number) + path.extension().string();
     return candidate;

@@ -6,7 +6,10 @@
 namespace verdanth {
 namespace {
 
-vdt::Vector3 widened(const Float3& v) { return {v.x, v.y, v.z}; }
+vdt::Vector3 widened(const Float3& v)
+{
+    return {v.x, v.y, v.z};
+}
 
 Float3 narrowed(const vdt::Vector3& v)
 {
@@ -17,7 +20,9 @@ Float3 narrowed(const vdt::Vector3& v)
 class TriangleGatherer {
 public:
     TriangleGatherer(const SceneMesh& source, TriangleMesh& target)
-        : mesh(&source), triangles(&target), newIndex(source.vertices.size(), kUnused)
+        : mesh(&source),
+          triangles(&target),
+          newIndex(source.vertices.size(), kUnused)
     {
     }
 
@@ -89,14 +94,19 @@ std::vector<uint32_t> MaterialsOf(const SceneMesh& mesh)
 }
 
 Placer::Placer(const Placement& placement)
-    : matrix(placement.matrix()), turn(vdt::ToMatrix(placement.rotation, {0, 0, 0})), mirrored(placement.scale < 0)
+    : matrix(placement.matrix()),
+      turn(vdt::ToMatrix(placement.rotation, {0, 0, 0})),
+      mirrored(placement.scale < 0)
 {
     // A negative scale turns all three axes round, and what points outwards with them.
     if (mirrored)
         for (int row = 0; row < 3; ++row) turn.setRow(row, -turn.row(row));
 }
 
-Float3 Placer::point(const Float3& p) const { return narrowed(vdt::TransformPoint(widened(p), matrix)); }
+Float3 Placer::point(const Float3& p) const
+{
+    return narrowed(vdt::TransformPoint(widened(p), matrix));
+}
 
 Float3 Placer::normal(const Float3& n) const
 {

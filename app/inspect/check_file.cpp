@@ -48,8 +48,7 @@ void checkTexture(const std::string& texture, const std::string& use, const std:
                   std::set<std::string>& told, FindingList& findings)
 {
     if (texture.empty() || !told.insert(use + texture).second) return;
-    const std::string problem =
-        IsSameFile(texture, modelFile) ? "is the model file itself" : ProblemOfFile(texture);
+    const std::string problem = IsSameFile(texture, modelFile) ? "is the model file itself" : ProblemOfFile(texture);
     if (!problem.empty()) findings.warn("texture", use + " " + texture + " " + problem);
 }
 
@@ -81,7 +80,9 @@ void checkTextures(const vdt::Model& model, const std::string& path, FindingList
 class FileCheck {
 public:
     FileCheck(CheckReport& checkReport, vdt::MessageHandler& handler)
-        : report(&checkReport), messages(&handler), mainFindings(checkReport.findings, checkReport.file)
+        : report(&checkReport),
+          messages(&handler),
+          mainFindings(checkReport.findings, checkReport.file)
     {
     }
 
@@ -141,7 +142,8 @@ private:
         if (!loaded) return unusable("holds no variant that can be loaded");
 
         vdt::ModelVariant& first = read.model.variants.front();
-        if (!first.extref.empty() && first.skeleton.isEmpty()) return unusable("is a stub again, which is not followed");
+        if (!first.extref.empty() && first.skeleton.isEmpty())
+            return unusable("is a stub again, which is not followed");
         if (first.skeleton.points.empty()) return unusable("has a skeleton without points, so it never loads");
         if (read.model.variants.size() > 1)
             mainFindings.warn("extref", title + ": " + target + " holds " + std::to_string(read.model.variants.size()) +

@@ -11,7 +11,10 @@
 namespace verdanth {
 namespace {
 
-bool isFinite(const vdt::Vector3& v) { return std::isfinite(v.x) && std::isfinite(v.y) && std::isfinite(v.z); }
+bool isFinite(const vdt::Vector3& v)
+{
+    return std::isfinite(v.x) && std::isfinite(v.y) && std::isfinite(v.z);
+}
 
 std::string counted(uint64_t count, const char* one, const char* many)
 {
@@ -136,8 +139,7 @@ void checkFoliage(const vdt::ModelVariant& variant, const std::string& title, Fi
     for (const vdt::VariantMesh& record : variant.meshes) {
         groups.insert(record.group);
         const auto hasName = [&](const vdt::Qualifier& q) { return q.name == record.qualifier; };
-        if (!record.qualifier.empty() &&
-            std::none_of(variant.qualifiers.begin(), variant.qualifiers.end(), hasName))
+        if (!record.qualifier.empty() && std::none_of(variant.qualifiers.begin(), variant.qualifiers.end(), hasName))
             unknownSeasons.insert(record.qualifier);
         if (!record.mesh) continue;
         for (const vdt::Vector3& position : record.mesh->positions) brokenPoints += !isFinite(position);
@@ -150,8 +152,8 @@ void checkFoliage(const vdt::ModelVariant& variant, const std::string& title, Fi
                                        std::to_string(group) + ", for which there is no mesh");
     for (const int32_t group : groups)
         if (!connectors.contains(group))
-            findings.warn("group", title + ": a mesh of group " + std::to_string(group) +
-                                       ", for which there is no connector");
+            findings.warn("group",
+                          title + ": a mesh of group " + std::to_string(group) + ", for which there is no connector");
     if (brokenPoints > 0)
         findings.warn("number", title + ": " + counted(brokenPoints, "mesh point is", "mesh points are") +
                                     " not at a finite position");

@@ -14,7 +14,8 @@ namespace verdanth {
 class FindingMessages final : public vdt::MessageHandler {
 public:
     FindingMessages(FindingList& findingList, vdt::MessageHandler& terminal)
-        : findings(&findingList), console(&terminal)
+        : findings(&findingList),
+          console(&terminal)
     {
     }
     void endProgress() override { console->endProgress(); }
@@ -34,14 +35,15 @@ private:
 class CheckedReader final : public vdt::VdtReader {
 public:
     CheckedReader(vdt::Model& target, vdt::MessageHandler& handler, FindingList& findingList)
-        : VdtReader(target, handler), findings(&findingList)
+        : VdtReader(target, handler),
+          findings(&findingList)
     {
     }
 
     void startElement(std::string_view name, const std::vector<vdt::XmlAttribute>& attributes) override;
     void onLoss(const std::string& what) override;
 
-    bool hasPlant = false;             // a `plant` element: a main file, with materials of its own
+    bool hasPlant = false;              // a `plant` element: a main file, with materials of its own
     std::vector<bool> variantHasFrames; // one a `model` element: branches came with an `orient` attribute
 
 private:

@@ -24,9 +24,9 @@ public:
     /// What the library's own mesh takes for as much, without slack.
     uint64_t bytes() const
     {
-        constexpr uint64_t kPoint = 2 * sizeof(vdt::Vector3);                        // position and normal
-        constexpr uint64_t kCorner = 2 * sizeof(uint64_t);                           // point and coordinate
-        constexpr uint64_t kPolygon = sizeof(uint64_t) + sizeof(int32_t);            // end and material
+        constexpr uint64_t kPoint = 2 * sizeof(vdt::Vector3);             // position and normal
+        constexpr uint64_t kCorner = 2 * sizeof(uint64_t);                // point and coordinate
+        constexpr uint64_t kPolygon = sizeof(uint64_t) + sizeof(int32_t); // end and material
         return points * kPoint + coordinates * sizeof(vdt::Vector2f) + corners * kCorner + polygons * kPolygon;
     }
 

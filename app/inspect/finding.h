@@ -20,7 +20,8 @@ struct Finding {
 class FindingList {
 public:
     FindingList(std::vector<Finding>& allFindings, std::string modelFile)
-        : findings(&allFindings), file(std::move(modelFile))
+        : findings(&allFindings),
+          file(std::move(modelFile))
     {
     }
     void warn(std::string_view kind, std::string text) { add(false, kind, std::move(text)); }

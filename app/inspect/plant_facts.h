@@ -6,6 +6,7 @@
 #include "lookup/open_plant.h"
 
 #include <nlohmann/json.hpp>
+
 #include <ostream>
 #include <string>
 

@@ -17,9 +17,15 @@ std::string text(const Json& object, const char* key)
     return found != object.end() && found->is_string() ? found->get<std::string>() : std::string();
 }
 
-std::string count(const Json& object, const char* key) { return GroupedNumber(object[key].get<uint64_t>()); }
+std::string count(const Json& object, const char* key)
+{
+    return GroupedNumber(object[key].get<uint64_t>());
+}
 
-std::string flag(const Json& object, const char* key, const char* word) { return object[key].get<bool>() ? word : ""; }
+std::string flag(const Json& object, const char* key, const char* word)
+{
+    return object[key].get<bool>() ? word : "";
+}
 
 // With up to three digits behind the point.
 std::string shortNumber(const Json& number)
@@ -58,12 +64,13 @@ void printHead(const Json& facts, std::ostream& out)
     const std::string name = text(facts, "name");
     out << OneLine(name.empty() ? "(a plant without a name)" : name) << '\n';
     const std::pair<const char*, std::string> lines[] = {
-        {"file", text(facts, "file") + " (" + ByteCount(facts["fileBytes"].get<uint64_t>()) + ")"},
-        {"unit", text(facts, "unit")},
-        {"creator", text(facts["info"], "creator")},
-        {"user", text(facts["info"], "user")},
-        {"timestamp", text(facts["info"], "timestamp")},
-        {"source", text(facts["info"], "source")}};
+        {"file",      text(facts,         "file") + " (" + ByteCount(facts["fileBytes"].get<uint64_t>()) + ")"},
+        {"unit",      text(facts,         "unit")                                                             },
+        {"creator",   text(facts["info"], "creator")                                                          },
+        {"user",      text(facts["info"], "user")                                                             },
+        {"timestamp", text(facts["info"], "timestamp")                                                        },
+        {"source",    text(facts["info"], "source")                                                           }
+    };
     for (const auto& [label, value] : lines)
         if (!value.empty()) out << "  " << label << std::string(11 - TextWidth(label), ' ') << OneLine(value) << '\n';
 }
@@ -92,8 +99,8 @@ void printColors(const Json& facts, std::ostream& out)
         return found == facts[kind].end() ? std::string() : numbers(*found);
     };
     for (const std::string& season : seasons)
-        table.addRow({season.empty() ? "(any)" : season, colorOf("woodColors", season),
-                      colorOf("foliageColors", season)});
+        table.addRow(
+            {season.empty() ? "(any)" : season, colorOf("woodColors", season), colorOf("foliageColors", season)});
     printSection(out, "Colours", table);
 }
 
@@ -144,17 +151,21 @@ void printVariants(const Json& facts, std::ostream& out)
         const bool built = variant.contains("built");
         const Json& height = built ? variant["built"]["heightMeters"] : variant["heightMeters"];
         const std::string extref = text(variant, "extref");
-        table.addRow({index, text(variant, "name"), flag(variant, "default", "default"),
-                      joinedTexts(variant["labels"]), height.is_null() ? "?" : FixedNumber(height.get<double>(), 2),
-                      seasonList(variant), std::to_string(variant["proxies"].size()),
-                      (variant["loaded"].get<bool>() ? "" : "NOT LOADED ") + (extref.empty() ? "in the file" : extref)});
-        const std::pair<const char*, const char*> boxes[] = {{"storedBound", "stored"}, {"bound", "computed"}};
+        table.addRow(
+            {index, text(variant, "name"), flag(variant, "default", "default"), joinedTexts(variant["labels"]),
+             height.is_null() ? "?" : FixedNumber(height.get<double>(), 2), seasonList(variant),
+             std::to_string(variant["proxies"].size()),
+             (variant["loaded"].get<bool>() ? "" : "NOT LOADED ") + (extref.empty() ? "in the file" : extref)});
+        const std::pair<const char*, const char*> boxes[] = {
+            {"storedBound", "stored"  },
+            {"bound",       "computed"}
+        };
         for (const auto& [key, word] : boxes)
             if (const Json& box = variant[key]; !box.is_null())
                 bounds.addRow({index, word, numbers(box["min"]), numbers(box["max"])});
         if (built && !variant["built"]["bound"].is_null())
-            bounds.addRow({index, "built", numbers(variant["built"]["bound"]["min"]),
-                           numbers(variant["built"]["bound"]["max"])});
+            bounds.addRow(
+                {index, "built", numbers(variant["built"]["bound"]["min"]), numbers(variant["built"]["bound"]["max"])});
     }
     printSection(out, "Variants", table);
     printSection(out, "Bounds (" + text(facts, "unit") + ")", bounds);
@@ -169,8 +180,8 @@ void printContent(const Json& facts, std::ostream& out)
     for (const Json& variant : facts["variants"]) {
         const std::string index = std::to_string(variant["index"].get<uint64_t>());
         for (const Json& proxy : variant["proxies"])
-            meshes.addRow({index, "proxy", "", text(proxy, "qualifier"), "", count(proxy, "points"),
-                           count(proxy, "polygons")});
+            meshes.addRow(
+                {index, "proxy", "", text(proxy, "qualifier"), "", count(proxy, "points"), count(proxy, "polygons")});
         if (!variant.contains("built")) continue;
 
         const Json& held = variant["holds"];

@@ -81,7 +81,8 @@ bool FindSeason(const vdt::ModelVariant& variant, const std::string& wanted, std
         season = qualifier.name;
         return true;
     }
-    messages.error("no season \"" + wanted + "\"; " + (names.empty() ? "there are none" : "there are " + listed(names)));
+    messages.error("no season \"" + wanted + "\"; " +
+                   (names.empty() ? "there are none" : "there are " + listed(names)));
     return false;
 }
 

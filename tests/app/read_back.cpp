@@ -75,7 +75,10 @@ std::vector<std::vector<double>> accessorValues(const ReadScene& scene, size_t i
     return values;
 }
 
-vdt::Vector3 vectorOf(const std::vector<double>& v) { return {v[0], v[1], v[2]}; }
+vdt::Vector3 vectorOf(const std::vector<double>& v)
+{
+    return {v[0], v[1], v[2]};
+}
 
 // A node's own turn, for column vectors as glTF has them, told from first principles: v + 2 u x (u x v + w v).
 vdt::Vector3 turned(const Json& q, const vdt::Vector3& v)
@@ -105,10 +108,11 @@ void readPrimitive(ReadScene& scene, const Json& node, const Json& primitive)
             // A mirroring node turns triangles round.
             const auto index = static_cast<size_t>(indices[i + (scale < 0 ? 2 - c : c)][0]);
             ASSERT_LT(index, positions.size());
-            polygon.corners.push_back(
-                {turned(turn, vectorOf(positions[index]) * scale) + vdt::Vector3{shift[0], shift[1], shift[2]},
-                 turned(turn, vectorOf(normals[index])) * (scale < 0 ? -1 : 1),
-                 {static_cast<float>(coordinates[index][0]), 1 - static_cast<float>(coordinates[index][1])}});
+            polygon.corners.push_back({
+                turned(turn, vectorOf(positions[index]) * scale) + vdt::Vector3{shift[0], shift[1],                          shift[2]},
+                turned(turn, vectorOf(normals[index])) * (scale < 0 ? -1 : 1),
+                {static_cast<float>(coordinates[index][0]),        1 - static_cast<float>(coordinates[index][1])}
+            });
         }
         scene.polygons.push_back(std::move(polygon));
     }
@@ -210,8 +214,11 @@ ReadScene ReadPlyFile(const std::string& path)
             const auto index = numberAt<uint32_t>(content, place);
             EXPECT_LT(index, counts["vertex"]);
             const auto number = [&](size_t k) { return numberAt<float>(content, vertices + index * 32 + k * 4); };
-            polygon.corners.push_back(
-                {{number(0), number(1), number(2)}, {number(3), number(4), number(5)}, {number(6), number(7)}});
+            polygon.corners.push_back({
+                {number(0),  number(1), number(2)},
+                {number(3),          number(4),           number(5)},
+                {number(6), number(7)}
+            });
         }
         polygon.material = std::to_string(numberAt<int32_t>(content, place));
         place += 4 + 3;

@@ -5,12 +5,11 @@
 
 #include <gtest/gtest.h>
 
-#include <stdlib.h>
-
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <sstream>
+#include <stdlib.h>
 #include <string>
 
 namespace verdanth::test {
