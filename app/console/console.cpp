@@ -14,8 +14,9 @@ void Console::beginProgress(std::string_view text)
     shownPercent = -1;
     if (terminal)
         progress(0);
-    else
+    else if (task != lastTask)
         *messageStream << "verdanth: " << task << '\n';
+    lastTask = task;
 }
 
 void Console::progress(float fraction)

@@ -46,6 +46,7 @@ private:
     bool terminal;
     std::string subject;
     std::string task;
+    std::string lastTask; // a plain line is not repeated for each of many equal steps
     int shownPercent = -1;
     size_t drawnLength = 0;
 };

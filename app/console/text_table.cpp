@@ -49,14 +49,29 @@ void TextTable::print(std::ostream& out, std::string_view indent) const
 
 size_t TextWidth(std::string_view text)
 {
-    const auto beginsCharacter = [](unsigned char c) { return (c & 0xC0) != 0x80; };
-    return static_cast<size_t>(std::count_if(text.begin(), text.end(), beginsCharacter));
+    size_t width = 0;
+    for (size_t i = 0; i < text.size(); ++i) {
+        const auto byte = [&](size_t k) -> uint32_t { return k < text.size() ? static_cast<uint8_t>(text[k]) : 0; };
+        if ((byte(i) & 0xC0) == 0x80) continue; // inside a character
+        // Wide characters have three bytes or more.
+        const uint32_t code = (byte(i) & 0x0F) << 12 | (byte(i + 1) & 0x3F) << 6 | (byte(i + 2) & 0x3F);
+        const bool wide = (byte(i) & 0xF0) == 0xE0 &&
+                          ((code >= 0x1100 && code <= 0x115F) || (code >= 0x2E80 && code <= 0xA4CF) ||
+                           (code >= 0xAC00 && code <= 0xD7A3) || (code >= 0xF900 && code <= 0xFAFF) ||
+                           (code >= 0xFF00 && code <= 0xFF60));
+        width += wide ? 2 : 1;
+    }
+    return width;
 }
 
 std::string GroupedNumber(uint64_t number)
 {
-    std::string text = std::to_string(number);
-    for (size_t place = text.size(); place > 3; place -= 3) text.insert(place - 3, ",");
+    const std::string digits = std::to_string(number);
+    std::string text;
+    for (size_t i = 0; i < digits.size(); ++i) {
+        if (i > 0 && (digits.size() - i) % 3 == 0) text += ',';
+        text += digits[i];
+    }
     return text;
 }
 

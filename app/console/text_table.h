@@ -26,7 +26,7 @@ private:
     std::vector<std::vector<std::string>> rows;
 };
 
-/// How many columns a UTF-8 text takes, counting each character as one.
+/// How many columns a UTF-8 text takes: two for each character of the Chinese, Japanese and Korean scripts, else one.
 size_t TextWidth(std::string_view text);
 
 /// "1,234,567"

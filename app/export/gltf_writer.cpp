@@ -72,9 +72,10 @@ Json described(const Float3& v)
     return {v.x, v.y, v.z};
 }
 
-std::string quoted(const std::string& text)
+// JSON text; bytes that are no UTF-8 are replaced.
+std::string quoted(const Json& value)
 {
-    return Json(text).dump(-1, ' ', false, Json::error_handler_t::replace);
+    return value.dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 
 void appendNumbers(std::string& text, std::initializer_list<double> numbers)
@@ -318,6 +319,10 @@ private:
     // There may be a node a leaf, so they are written as text at once.
     std::string nodesText() const
     {
+        const Json extras = {
+            {"variant", scene->variant},
+            {"season",  scene->season }
+        };
         std::string roots;
         std::string nodes;
         uint64_t next = 1;
@@ -346,17 +351,14 @@ private:
                 nodes += '}';
             }
         }
-        const Json extras = {
-            {"variant", scene->variant},
-            {"season",  scene->season }
-        };
-        return "[{\"name\":" + quoted(scene->name) + ",\"children\":[" + roots +
-               "],\"extras\":" + extras.dump(-1, ' ', false, Json::error_handler_t::replace) + "}" + nodes + "]";
+        std::string text = "[{\"name\":";
+        text += quoted(scene->name) + ",\"children\":[" + roots + "],\"extras\":" + quoted(extras) + "}" + nodes + "]";
+        return text;
     }
 
     std::string documentText() const
     {
-        std::string text = document.dump(-1, ' ', false, Json::error_handler_t::replace);
+        std::string text = quoted(document);
         text.pop_back();
         return text + ",\"nodes\":" + nodesText() + "}";
     }

@@ -48,6 +48,7 @@ public:
 
     void write(ExportSummary& summary)
     {
+        placeTextures();
         const std::filesystem::path library = std::filesystem::path(options->path).replace_extension(".mtl");
         writeMaterials(files->create(library.string()));
 
@@ -178,6 +179,15 @@ private:
     static void writeMap(OutputFile& file, const std::string& keyword, const std::string& path)
     {
         if (!path.empty()) file.text(keyword + " " + oneLine(path) + "\n");
+    }
+
+    // Before the files that name them.
+    void placeTextures()
+    {
+        std::string problem; // told when the texture is named
+        for (const SceneMaterial& material : scene->materials)
+            for (const std::string& texture : material.textures())
+                if (!texture.empty()) textureFiles.place(texture, problem);
     }
 
     std::string placedTexture(const std::string& texture)

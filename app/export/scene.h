@@ -69,6 +69,12 @@ struct SceneMaterial {
     std::string specularTexture;
     float roughness = 1; // 0 for a mirror to 1 for matt
     bool twoSided = false;
+
+    /// All its texture paths, empty ones included.
+    std::vector<std::string> textures() const
+    {
+        return {colorTexture, alphaTexture, normalTexture, bumpTexture, specularTexture};
+    }
 };
 
 struct Scene {

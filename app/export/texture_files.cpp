@@ -28,9 +28,8 @@ TextureFiles::TextureFiles(const std::string& mainPath, const std::vector<SceneM
       textureFolder(fs::path(mainPath).stem().string() + "_textures")
 {
     for (const SceneMaterial& material : materials)
-        for (const std::string* texture : {&material.colorTexture, &material.alphaTexture, &material.normalTexture,
-                                           &material.bumpTexture, &material.specularTexture})
-            if (!texture->empty()) sources.push_back(*texture);
+        for (const std::string& texture : material.textures())
+            if (!texture.empty()) sources.push_back(texture);
 }
 
 std::string TextureFiles::place(const std::string& texture, std::string& problem)

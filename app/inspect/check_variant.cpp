@@ -150,10 +150,6 @@ void checkFoliage(const vdt::ModelVariant& variant, const std::string& title, Fi
         if (!groups.contains(group))
             findings.warn("group", title + ": " + counted(count, "connector", "connectors") + " of group " +
                                        std::to_string(group) + ", for which there is no mesh");
-    for (const int32_t group : groups)
-        if (!connectors.contains(group))
-            findings.warn("group",
-                          title + ": a mesh of group " + std::to_string(group) + ", for which there is no connector");
     if (brokenPoints > 0)
         findings.warn("number", title + ": " + counted(brokenPoints, "mesh point is", "mesh points are") +
                                     " not at a finite position");

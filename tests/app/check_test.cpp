@@ -100,31 +100,26 @@ TEST(Check, TellsEachLossByItsKind)
              p.connectors = replaced(p.connectors, "1 1 2", "1 1 7");
              p.meshes.resize(p.meshes.find("<mesh name=\"bud\""));
          }                                                                                                                                    },
-        {"group",                                   "no connector",
-         [](PlantText& p) {
-             p.meshes = replaced(p.meshes, "name=\"bud\" group=\"2\"", "name=\"bud\" group=\"1\"") +
-                        "<mesh group=\"2\"/><mesh group=\"3\"/>";
-         }},
         {"season",                                   "\"spring\"",
          [](PlantText& p) { p.meshes = replaced(p.meshes, "qualifier=\"summer\"", "qualifier=\"spring\""); }},
         {"number",                                   "finite",
          [](PlantText& p) {
              p.meshes = replaced(p.meshes, "1 2 0", "1 inf 0");
              p.bound = "";
-         }                                                                                               },
-        {"material",                                   "id 2 is used by 2",                                                   [](PlantText& p) { p.materials = "<material matid=\"1\" name=\"bark\"/>"; }                                                                                                                                         },
-        {"material",                                   "two materials",                                                 material("<material matid=\"2\"/>")},
+         }},
+        {"material",                                   "id 2 is used by 2",                                                   [](PlantText& p) { p.materials = "<material matid=\"1\" name=\"bark\"/>"; }                                                                                                   },
+        {"material",                                   "two materials",                                                 material("<material matid=\"2\"/>")                                                                                                                           },
         {"texture",                                   "does not exist",                                                 material(R"(<material matid="3"><diffuse texture="none.png"/></material>)")},
-        {"texture",                                   "is empty",                                                  material(R"(<material matid="3"><normal texture="empty.png"/></material>)")                                                                                                   },
-        {"texture",                                   "is a folder",                                                  material(R"(<material matid="3"><bump texture="folder"/></material>)")                                                                                                                                               },
-        {"texture",                                   "itself",                                                  material(R"(<material matid="3"><alpha texture="tree.vdt"/></material>)")},
+        {"texture",                                   "is empty",                                                  material(R"(<material matid="3"><normal texture="empty.png"/></material>)")},
+        {"texture",                                   "is a folder",                                                  material(R"(<material matid="3"><bump texture="folder"/></material>)")                                                                                                         },
+        {"texture",                                   "itself",                                                  material(R"(<material matid="3"><alpha texture="tree.vdt"/></material>)")                                                                                                                              },
         {"texture",                                   "back's",                                                  material(R"(<material matid="3"><back><diffuse texture="none.png"/></back></material>)")},
-        {"extref",                                   "does not exist",                                                  [](PlantText& p) { p.moreModels = R"(<model name="x" extref="none.vdt"/>)"; }                                                                                                        },
-        {"extref",                                   "is empty",                                                   [](PlantText& p) { p.moreModels = R"(<model name="x" extref="empty.png"/>)"; }                                                                                                                                        },
-        {"extref",                                   "is a folder",                                                   [](PlantText& p) { p.moreModels = R"(<model name="x" extref="folder"/>)"; }},
+        {"extref",                                   "does not exist",                                                  [](PlantText& p) { p.moreModels = R"(<model name="x" extref="none.vdt"/>)"; }},
+        {"extref",                                   "is empty",                                                   [](PlantText& p) { p.moreModels = R"(<model name="x" extref="empty.png"/>)"; }                                                                                                  },
+        {"extref",                                   "is a folder",                                                   [](PlantText& p) { p.moreModels = R"(<model name="x" extref="folder"/>)"; }                                                                                                                             },
         {"extref",                                   "the file itself",                                                   [](PlantText& p) { p.moreModels = R"(<model name="x" extref="tree.vdt"/>)"; }},
-        {"extref",                                   "a stub again",                                                   [](PlantText& p) { p.moreModels = R"(<model name="x" extref="stub.vdt"/>)"; }                                                                                                 },
-        {"bound",                                   "unknown until",                                                   [](PlantText& p) { p.moreModels = R"(<model name="x" extref="whole.vdt"/>)"; }                                                                                                                                       },
+        {"extref",                                   "a stub again",                                                   [](PlantText& p) { p.moreModels = R"(<model name="x" extref="stub.vdt"/>)"; }},
+        {"bound",                                   "unknown until",                                                   [](PlantText& p) { p.moreModels = R"(<model name="x" extref="whole.vdt"/>)"; }                                                                                                 },
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(std::string(row.kind) + ": " + row.part);
