@@ -55,10 +55,10 @@ size_t TextWidth(std::string_view text)
         if ((byte(i) & 0xC0) == 0x80) continue; // inside a character
         // Wide characters have three bytes or more.
         const uint32_t code = (byte(i) & 0x0F) << 12 | (byte(i + 1) & 0x3F) << 6 | (byte(i + 2) & 0x3F);
-        const bool wide = (byte(i) & 0xF0) == 0xE0 &&
-                          ((code >= 0x1100 && code <= 0x115F) || (code >= 0x2E80 && code <= 0xA4CF) ||
-                           (code >= 0xAC00 && code <= 0xD7A3) || (code >= 0xF900 && code <= 0xFAFF) ||
-                           (code >= 0xFF00 && code <= 0xFF60));
+        const bool wide =
+            (byte(i) & 0xF0) == 0xE0 && ((code >= 0x1100 && code <= 0x115F) || (code >= 0x2E80 && code <= 0xA4CF) ||
+                                         (code >= 0xAC00 && code <= 0xD7A3) || (code >= 0xF900 && code <= 0xFAFF) ||
+                                         (code >= 0xFF00 && code <= 0xFF60));
         width += wide ? 2 : 1;
     }
     return width;

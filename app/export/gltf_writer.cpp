@@ -73,7 +73,7 @@ Json described(const Float3& v)
 }
 
 // JSON text; bytes that are no UTF-8 are replaced.
-std::string quoted(const Json& value)
+std::string jsonText(const Json& value)
 {
     return value.dump(-1, ' ', false, Json::error_handler_t::replace);
 }
@@ -330,15 +330,19 @@ private:
             const GltfMesh& mesh = meshes[m];
             std::string meshReference = "\"mesh\":";
             meshReference += std::to_string(m);
-            roots += (roots.empty() ? "" : ",") + std::to_string(next++);
-            nodes += ",{\"name\":" + quoted(mesh.name);
+            if (!roots.empty()) roots += ',';
+            roots += std::to_string(next++);
+            nodes += ",{\"name\":" + jsonText(mesh.name);
             if (mesh.nodes.empty()) {
                 nodes += "," + meshReference + "}";
                 continue;
             }
 
             nodes += ",\"children\":[";
-            for (size_t i = 0; i < mesh.nodes.size(); ++i) nodes += (i ? "," : "") + std::to_string(next++);
+            for (size_t i = 0; i < mesh.nodes.size(); ++i) {
+                if (i > 0) nodes += ',';
+                nodes += std::to_string(next++);
+            }
             nodes += "]}";
             for (const Placement& copy : mesh.nodes) {
                 const vdt::Quaternion& q = copy.rotation;
@@ -352,13 +356,14 @@ private:
             }
         }
         std::string text = "[{\"name\":";
-        text += quoted(scene->name) + ",\"children\":[" + roots + "],\"extras\":" + quoted(extras) + "}" + nodes + "]";
+        text +=
+            jsonText(scene->name) + ",\"children\":[" + roots + "],\"extras\":" + jsonText(extras) + "}" + nodes + "]";
         return text;
     }
 
     std::string documentText() const
     {
-        std::string text = quoted(document);
+        std::string text = jsonText(document);
         text.pop_back();
         return text + ",\"nodes\":" + nodesText() + "}";
     }

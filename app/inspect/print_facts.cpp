@@ -40,7 +40,10 @@ std::string shortNumber(const Json& number)
 std::string numbers(const Json& list)
 {
     std::string joined;
-    for (const Json& number : list) joined += (joined.empty() ? "" : " ") + shortNumber(number);
+    for (const Json& number : list) {
+        if (!joined.empty()) joined += ' ';
+        joined += shortNumber(number);
+    }
     return joined;
 }
 

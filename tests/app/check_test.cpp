@@ -3,7 +3,7 @@
 #include <nlohmann/json.hpp>
 #include <zlib.h>
 
-#include <functional>
+#include <map>
 #include <set>
 
 namespace verdanth::test {
@@ -32,7 +32,7 @@ struct Verdict {
 
 Verdict check(const std::string& file)
 {
-    const RunResult run = Run({"check", file, "--format", "json"});
+    const RunResult run = RunApp({"check", file, "--format", "json"});
     const auto report = nlohmann::json::parse(run.out).at(0);
     Verdict verdict{run.status, {}, ""};
     for (const auto& finding : report["findings"]) {
@@ -55,81 +55,67 @@ TEST(Check, FindsNothingInAWholePlantPlainOrCompressed)
 {
     const TestFolder folder;
     const std::string text = PlantText().text();
-    EXPECT_EQ(Run({"check", folder.write("tree.vdt", text)}).out, folder.path("tree.vdt") + ": clean\n");
+    EXPECT_EQ(RunApp({"check", folder.write("tree.vdt", text)}).out, folder.path("tree.vdt") + ": clean\n");
     EXPECT_EQ(check(folder.write("tree.vdt.gz", gzipped(text))).status, 0);
 }
 
-// Each row breaks one thing in a whole plant, and is found by its kind alone.
+// Each row breaks one thing in a whole plant: in one of its texts, `from` becomes `to`. No `from`: `to` is added.
 TEST(Check, TellsEachLossByItsKind)
 {
+    using P = PlantText;
     struct Row {
         const char* kind;
-        const char* part; // of the text
-        std::function<void(PlantText&)> breakIt;
+        const char* part; // of the finding's text
+        std::string P::*field;
+        std::string from, to;
     };
-    const auto attribute = [](const char* from, const char* to) {
-        return [=](PlantText& plant) { plant.polylineAttributes = replaced(plant.polylineAttributes, from, to); };
-    };
-    const auto bound = [](const char* text) { return [=](PlantText& plant) { plant.bound = text; }; };
-    const auto material = [](const char* text) { return [=](PlantText& plant) { plant.materials += text; }; };
+    const std::string frames = P().polylineAttributes.substr(P().polylineAttributes.find("<attrib name=\"orient\""));
+    const auto material = [](const std::string& side) { return "<material matid=\"3\">" + side + "</material>"; };
+    const auto stub = [](const std::string& file) { return "<model name=\"x\" extref=\"" + file + "\"/>"; };
+    const std::string leaf = P().materials.substr(P().materials.find("<material matid=\"2\""));
     const Row rows[] = {
-        {"lost",                              "radius",                attribute("0.25 0.125",                                                                    "0.25")},
-        {"lost",                                   "matid",                                                     attribute(">1 1<",                                                                                                     ">1<")},
-        {"lost",                             "tex_v",                                                    attribute("tex_v\" type=\"float\"",                                    "tex_v\" type=\"int\"")},
-        {"lost", "matid",attribute("primitive",    "point")},
-        {"lost",                            "colour",                                                                                 attribute("name=\"tex_v\"",                                                                                                                                                               "name=\"colour\"")},
-        {"lost",                              "lable",                  [](PlantText& p) { p.qualifiers += "<lable lang=\"en\">x</lable>"; }},
-        {"lost",                                   "defualt",                                                     [](PlantText& p) { p.modelAttributes += " defualt=\"1\""; }                                                                                                         },
-        {"reader",                                   "expected 6",                                                     bound("<bound>1 2 3</bound>")                                                                                                  },
-        {"reader",                                   "Unknown default qualifier",
-         [](PlantText& p) { p.qualifiers = replaced(p.qualifiers, "default=\"2\"", "default=\"9\""); }},
-        {"bound",                                   "does not hold",                                                   bound("<bound>-1 0 -1 5 15 3</bound>")},
-        {"bound",                                   "larger",                                                    bound("<bound>-1 0 -1 5 200 3</bound>")                                                                                                       },
-        {"orient",                                   "\"orient\"",
-         [](PlantText& p) { p.polylineAttributes.resize(p.polylineAttributes.find("<attrib name=\"orient\"")); }                                                                                                                      },
-        {"root",                                   "1 other root with 1 branch",
-         [](PlantText& p) {
-             p.points = "0 0 0  0 10 0  1 20 0  4 14 2  4 10 2";
-             p.polylines = "<nvertices>3 2</nvertices><vertices>0 1 2 4 3</vertices>";
-         }},
-        {"branch",                                   "fewer than two",
-         [](PlantText& p) { p.polylines = "<nvertices>4 1</nvertices><vertices>0 1 2 3 1</vertices>"; }},
-        {"coincident",                                   "1 pair",                                                   [](PlantText& p) { p.points = "0 0 0  0 20 0  0 20 0  4 14 2"; }                                                                                                   },
-        {"group",                                   "no mesh",
-         [](PlantText& p) {
-             p.connectors = replaced(p.connectors, "1 1 2", "1 1 7");
-             p.meshes.resize(p.meshes.find("<mesh name=\"bud\""));
-         }                                                                                                                                    },
-        {"season",                                   "\"spring\"",
-         [](PlantText& p) { p.meshes = replaced(p.meshes, "qualifier=\"summer\"", "qualifier=\"spring\""); }},
-        {"number",                                   "finite",
-         [](PlantText& p) {
-             p.meshes = replaced(p.meshes, "1 2 0", "1 inf 0");
-             p.bound = "";
-         }},
-        {"material",                                   "id 2 is used by 2",                                                   [](PlantText& p) { p.materials = "<material matid=\"1\" name=\"bark\"/>"; }                                                                                                   },
-        {"material",                                   "two materials",                                                 material("<material matid=\"2\"/>")                                                                                                                           },
-        {"texture",                                   "does not exist",                                                 material(R"(<material matid="3"><diffuse texture="none.png"/></material>)")},
-        {"texture",                                   "is empty",                                                  material(R"(<material matid="3"><normal texture="empty.png"/></material>)")},
-        {"texture",                                   "is a folder",                                                  material(R"(<material matid="3"><bump texture="folder"/></material>)")                                                                                                         },
-        {"texture",                                   "itself",                                                  material(R"(<material matid="3"><alpha texture="tree.vdt"/></material>)")                                                                                                                              },
-        {"texture",                                   "back's",                                                  material(R"(<material matid="3"><back><diffuse texture="none.png"/></back></material>)")},
-        {"extref",                                   "does not exist",                                                  [](PlantText& p) { p.moreModels = R"(<model name="x" extref="none.vdt"/>)"; }},
-        {"extref",                                   "is empty",                                                   [](PlantText& p) { p.moreModels = R"(<model name="x" extref="empty.png"/>)"; }                                                                                                  },
-        {"extref",                                   "is a folder",                                                   [](PlantText& p) { p.moreModels = R"(<model name="x" extref="folder"/>)"; }                                                                                                                             },
-        {"extref",                                   "the file itself",                                                   [](PlantText& p) { p.moreModels = R"(<model name="x" extref="tree.vdt"/>)"; }},
-        {"extref",                                   "a stub again",                                                   [](PlantText& p) { p.moreModels = R"(<model name="x" extref="stub.vdt"/>)"; }},
-        {"bound",                                   "unknown until",                                                   [](PlantText& p) { p.moreModels = R"(<model name="x" extref="whole.vdt"/>)"; }                                                                                                 },
+        {"lost",       "radius",                     &P::polylineAttributes, "0.25 0.125",             "0.25"                                                  },
+        {"lost",       "matid",                      &P::polylineAttributes, ">1 1<",                  ">1<"                                                   },
+        {"lost",       "tex_v",                      &P::polylineAttributes, "tex_v\" type=\"float\"", "tex_v\" type=\"int\""                                  },
+        {"lost",       "matid",                      &P::polylineAttributes, "primitive",              "point"                                                 },
+        {"lost",       "colour",                     &P::polylineAttributes, "name=\"tex_v\"",         "name=\"colour\""                                       },
+        {"lost",       "lable",                      &P::qualifiers,         "",                       "<lable lang=\"en\">x</lable>"                          },
+        {"lost",       "defualt",                    &P::modelAttributes,    "",                       " defualt=\"1\""                                        },
+        {"reader",     "expected 6",                 &P::bound,              P().bound,                "<bound>1 2 3</bound>"                                  },
+        {"reader",     "Unknown default qualifier",  &P::qualifiers,         "default=\"2\"",          "default=\"9\""                                         },
+        {"bound",      "does not hold",              &P::bound,              "20",                     "15"                                                    },
+        {"bound",      "larger",                     &P::bound,              "20",                     "200"                                                   },
+        {"orient",     "\"orient\"",                 &P::polylineAttributes, frames,                   ""                                                      },
+        {"root",       "1 other root with 1 branch", &P::points,             "4 14 2",                 "4 14 2  4 10 2"                                        },
+        {"branch",     "fewer than two",             &P::polylines,          "3 2",                    "4 1"                                                   },
+        {"coincident", "1 pair",                     &P::points,             "0 10 0  1 20 0",         "0 20 0  0 20 0"                                        },
+        {"group",      "no mesh",                    &P::connectors,         "1 1 2",                  "1 1 7"                                                 },
+        {"season",     "\"spring\"",                 &P::meshes,             "summer",                 "spring"                                                },
+        {"number",     "finite",                     &P::meshes,             "1 2 0",                  "1 inf 0"                                               },
+        {"material",   "id 2 is used by 2",          &P::materials,          leaf,                     ""                                                      },
+        {"material",   "two materials",              &P::materials,          "",                       "<material matid=\"2\"/>"                               },
+        {"texture",    "does not exist",             &P::materials,          "",                       material("<diffuse texture=\"none.png\"/>")             },
+        {"texture",    "is empty",                   &P::materials,          "",                       material("<normal texture=\"empty.png\"/>")             },
+        {"texture",    "is a folder",                &P::materials,          "",                       material("<bump texture=\"folder\"/>")                  },
+        {"texture",    "itself",                     &P::materials,          "",                       material("<alpha texture=\"tree.vdt\"/>")               },
+        {"texture",    "back's",                     &P::materials,          "",                       material("<back><diffuse texture=\"none.png\"/></back>")},
+        {"extref",     "does not exist",             &P::moreModels,         "",                       stub("none.vdt")                                        },
+        {"extref",     "is empty",                   &P::moreModels,         "",                       stub("empty.png")                                       },
+        {"extref",     "is a folder",                &P::moreModels,         "",                       stub("folder")                                          },
+        {"extref",     "the file itself",            &P::moreModels,         "",                       stub("tree.vdt")                                        },
+        {"extref",     "a stub again",               &P::moreModels,         "",                       stub("stub.vdt")                                        },
+        {"bound",      "unknown until",              &P::moreModels,         "",                       stub("whole.vdt")                                       },
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(std::string(row.kind) + ": " + row.part);
         const TestFolder folder;
         folder.write("empty.png", "");
         folder.write("folder/x", "");
-        folder.write("whole.vdt", PlantText().targetText());
+        folder.write("whole.vdt", P().targetText());
         folder.write("stub.vdt", R"(<verdanth version="1.2"><model extref="whole.vdt"/></verdanth>)");
-        PlantText plant;
-        row.breakIt(plant);
+        P plant;
+        plant.*row.field = row.from.empty() ? plant.*row.field + row.to : replaced(plant.*row.field, row.from, row.to);
+        if (row.kind == std::string("root")) plant.polylines = replaced(plant.polylines, "1 3", "4 3");
         const Verdict verdict = check(folder.write("tree.vdt", plant.text()));
         EXPECT_EQ(verdict.status, 1);
         EXPECT_GE(verdict.kinds.count(row.kind), 1u) << verdict.text;
@@ -147,12 +133,12 @@ TEST(Check, ChecksTheFilesOfStubsTheSameWay)
     folder.write("models/old.vdt", target.targetText());
     PlantText plant;
     plant.moreModels = R"(<model name="old" extref="models/old.vdt"><bound>-1 0 -1 5 20 3</bound></model>)";
-    const RunResult run = Run({"check", folder.write("tree.vdt", plant.text()), "--format", "json"});
+    const RunResult run = RunApp({"check", folder.write("tree.vdt", plant.text()), "--format", "json"});
 
     EXPECT_EQ(run.status, 1);
     std::map<std::string, std::string> fileOfKind;
-    for (const auto& finding : nlohmann::json::parse(run.out)[0]["findings"])
-        fileOfKind[finding["kind"]] = finding["file"];
+    const auto report = nlohmann::json::parse(run.out);
+    for (const auto& finding : report[0]["findings"]) fileOfKind[finding["kind"]] = finding["file"];
     EXPECT_EQ(fileOfKind.at("lost"), folder.path("models/old.vdt"));
     EXPECT_EQ(fileOfKind.at("coincident"), folder.path("tree.vdt"));
     EXPECT_FALSE(fileOfKind.contains("orient"));  // frames of such a variant are computed
@@ -188,7 +174,7 @@ TEST(Check, CallsFilesUnusableThatGiveNoPlant)
 
     // The worst of several files decides.
     folder.write("tree.vdt", text);
-    const RunResult both = Run({"check", folder.path("tree.vdt"), folder.path("empty.vdt")});
+    const RunResult both = RunApp({"check", folder.path("tree.vdt"), folder.path("empty.vdt")});
     EXPECT_EQ(both.status, 2);
     EXPECT_NE(both.out.find("tree.vdt: clean\n"), std::string::npos);
 }

@@ -46,10 +46,10 @@ TEST(Species, TheLibraryIsTheOneAskedForElseThatOfTheEnvironment)
     const TestFolder folder;
     const std::string library = writeLibrary(folder);
     setenv("VERDANTH_PLANTS", library.c_str(), 1);
-    EXPECT_EQ(Run({"info", "Testa plana"}).status, 0);
-    EXPECT_EQ(Run({"info", "Testa plana", "--library", folder.path("none")}).status, 2);
+    EXPECT_EQ(RunApp({"info", "Testa plana"}).status, 0);
+    EXPECT_EQ(RunApp({"info", "Testa plana", "--library", folder.path("none")}).status, 2);
     unsetenv("VERDANTH_PLANTS");
-    EXPECT_EQ(Run({"info", "Testa plana", "--library", library}).status, 0);
+    EXPECT_EQ(RunApp({"info", "Testa plana", "--library", library}).status, 0);
 }
 
 TEST(CommandLine, AnswersWithAnExitStatusAndOneLineAProblem)
@@ -82,7 +82,7 @@ TEST(CommandLine, AnswersWithAnExitStatusAndOneLineAProblem)
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.arguments.empty() ? "nothing" : row.arguments.back());
-        const RunResult run = Run(row.arguments);
+        const RunResult run = RunApp(row.arguments);
         EXPECT_EQ(run.status, row.status);
         std::string errors;
         std::istringstream lines(run.messages);
@@ -99,16 +99,16 @@ TEST(Console, DrawsProgressOverItselfOnATerminalAlone)
 {
     const TestFolder folder;
     const std::string tree = folder.write("tree.vdt", PlantText().text());
-    const std::string drawn = Run({"check", tree}, true).messages;
+    const std::string drawn = RunApp({"check", tree}, true).messages;
     EXPECT_NE(drawn.find("\rloading vdt file"), std::string::npos);
     EXPECT_EQ(drawn.find('\n'), std::string::npos);
-    const std::string plain = Run({"check", tree}).messages;
+    const std::string plain = RunApp({"check", tree}).messages;
     EXPECT_EQ(plain, "verdanth: loading vdt file: " + tree + "\n");
 
     // A file's texts cannot steer the terminal.
     PlantText rude;
     rude.modelAttributes = " name=\"\x1B[2J\a\"";
-    const RunResult run = Run({"info", folder.write("rude.vdt", rude.text())});
+    const RunResult run = RunApp({"info", folder.write("rude.vdt", rude.text())});
     EXPECT_EQ((run.out + run.messages).find('\x1B'), std::string::npos);
 }
 
@@ -123,7 +123,7 @@ TEST(Info, TellsWhatTheFileSaysAndCountsWhatIsBuilt)
     plant.moreModels =
         R"(<model name="old" extref="models/old.vdt" default="1"><bound>0 0 0 1 300 1</bound></model><model extref="gone.vdt"/>)";
     const std::string tree = folder.write("tree.vdt", plant.text());
-    const auto facts = nlohmann::json::parse(Run({"info", tree, "--format", "json"}).out);
+    const auto facts = nlohmann::json::parse(RunApp({"info", tree, "--format", "json"}).out);
     EXPECT_EQ(facts["name"], "Testa plana");
     EXPECT_EQ(facts["unit"], "meters");
     EXPECT_EQ(facts["labels"]["de"], "Tännchen");
@@ -158,9 +158,9 @@ TEST(Info, TellsWhatTheFileSaysAndCountsWhatIsBuilt)
     EXPECT_EQ(facts["variants"][2]["loaded"], false);
     EXPECT_FALSE(facts["variants"][2].contains("built"));
 
-    EXPECT_EQ(nlohmann::json::parse(Run({"info", tree, "--format", "json", "--variant", "old"}).out)["variants"],
+    EXPECT_EQ(nlohmann::json::parse(RunApp({"info", tree, "--format", "json", "--variant", "old"}).out)["variants"],
               nlohmann::json::array({old}));
-    const std::string table = Run({"info", tree}).out;
+    const std::string table = RunApp({"info", tree}).out;
     for (const char* part : {"Testa plana\n", "Tännchen", "NOT LOADED", "summer, winter *"})
         EXPECT_NE(table.find(part), std::string::npos) << part;
 }

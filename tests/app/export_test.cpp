@@ -28,7 +28,7 @@ ReadScene readBack(const std::string& path)
 ReadScene exported(const TestFolder& folder, std::vector<std::string> options, const std::string& name = "out.glb")
 {
     options.insert(options.begin(), {"export", folder.path("tree.vdt"), "-o", folder.path(name)});
-    const RunResult run = Run(options);
+    const RunResult run = RunApp(options);
     EXPECT_EQ(run.status, 0) << run.messages;
     return readBack(folder.path(name));
 }
@@ -167,7 +167,7 @@ TEST(Export, TakesUnitVariantSeasonAndSubdivisionAsAsked)
     }) {
         std::vector<std::string> arguments = {"export", folder.path("tree.vdt"), "-o", folder.path("wrong.glb")};
         arguments.insert(arguments.end(), wrong.begin(), wrong.end());
-        const RunResult run = Run(arguments);
+        const RunResult run = RunApp(arguments);
         EXPECT_EQ(run.status, 2) << wrong[0] << wrong[1];
         EXPECT_FALSE(folder.has("wrong.glb"));
     }
@@ -232,12 +232,13 @@ TEST(Export, TexturesStayWhereTheyAreOrAreCopiedAndAreNeverOverwritten)
              {"out.gltf",  {"in/pictures/a%20b.png", "out_textures/leaf.png", "shared/leaf.png"} },
              {"deep.gltf", {"in/pictures/a%20b.png", "out_textures/leaf.png", "shared/leaf.png"} }
     }) {
-        EXPECT_EQ(Run({"export", folder.path("in/tree.vdt"), "-o", folder.path(out)}).status, 0);
+        EXPECT_EQ(RunApp({"export", folder.path("in/tree.vdt"), "-o", folder.path(out)}).status, 0);
         std::vector<std::string> found;
-        for (const auto& image : readBack(folder.path(out)).document["images"]) found.push_back(image["uri"]);
+        const ReadScene scene = readBack(folder.path(out));
+        for (const auto& image : scene.document["images"]) found.push_back(image["uri"]);
         EXPECT_EQ(found, uris) << out;
     }
-    EXPECT_EQ(Run({"export", folder.path("in/tree.vdt"), "-o", folder.path("in/x.obj")}).status, 0);
+    EXPECT_EQ(RunApp({"export", folder.path("in/tree.vdt"), "-o", folder.path("in/x.obj")}).status, 0);
     EXPECT_NE(folder.read("in/x.mtl").find("map_Kd pictures/a b.png\n"), std::string::npos);
     EXPECT_NE(folder.read("in/x.mtl").find("map_Kd x_textures/leaf_2.png\n"), std::string::npos);
 
@@ -247,7 +248,7 @@ TEST(Export, TexturesStayWhereTheyAreOrAreCopiedAndAreNeverOverwritten)
     plant.materials =
         R"(<material matid="1"><diffuse texture="../two/t.png"/></material><material matid="2"><diffuse texture="y_textures/t.png"/></material>)";
     folder.write("one/tree.vdt", plant.text());
-    EXPECT_EQ(Run({"export", folder.path("one/tree.vdt"), "-o", folder.path("one/y.gltf")}).status, 0);
+    EXPECT_EQ(RunApp({"export", folder.path("one/tree.vdt"), "-o", folder.path("one/y.gltf")}).status, 0);
     EXPECT_EQ(folder.read("one/y_textures/t.png"), kPixel);
     EXPECT_NE(folder.read("one/y_textures/t_2.png"), kPixel);
 }
@@ -272,7 +273,7 @@ TEST(Export, ATextureThatCannotBeUsedCostsAWarningAndNothingElse)
         PlantText plant;
         plant.materials = std::string(R"(<material matid="1" name="bark">)") + row + "</material>";
         folder.write("tree.vdt", plant.text());
-        const RunResult run = Run({"export", folder.path("tree.vdt"), "-o", folder.path("out.glb")});
+        const RunResult run = RunApp({"export", folder.path("tree.vdt"), "-o", folder.path("out.glb")});
         EXPECT_EQ(run.status, 0);
         EXPECT_NE(run.messages.find("warning: "), std::string::npos);
         const auto material = readBack(folder.path("out.glb")).document["materials"][0];
@@ -298,16 +299,18 @@ TEST(Export, HostileNumbersLeaveAValidFile)
     folder.write("tree.vdt", plant.text());
     for (const std::string suffix : kSuffixes) {
         SCOPED_TRACE(suffix);
-        const RunResult run = Run({"export", folder.path("tree.vdt"), "-o", folder.path("out" + suffix)});
+        const RunResult run = RunApp({"export", folder.path("tree.vdt"), "-o", folder.path("out" + suffix)});
         EXPECT_EQ(run.status, 0) << run.messages;
         EXPECT_NE(run.messages.find("left out"), std::string::npos);
         EXPECT_EQ(folder.read("out" + suffix).find("nan"), std::string::npos);
-        if (suffix == ".glb" || suffix == ".gltf") readBack(folder.path("out" + suffix));
+        // What is left of a branch around such a point may look either way.
+        if (suffix == ".glb" || suffix == ".gltf") CheckScene(ReadGltfFile(folder.path("out" + suffix)), false);
     }
-    EXPECT_EQ(Run({"export", folder.write("none.vdt", R"(<verdanth version="1.2"><plant><model/></plant></verdanth>)"),
-                   "-o", folder.path("none.glb")})
-                  .status,
-              2);
+    EXPECT_EQ(
+        RunApp({"export", folder.write("none.vdt", R"(<verdanth version="1.2"><plant><model/></plant></verdanth>)"),
+                "-o", folder.path("none.glb")})
+            .status,
+        2);
     EXPECT_FALSE(folder.has("none.glb"));
 }
 
@@ -366,7 +369,7 @@ TEST(OutputFiles, AFailedExportLeavesNothing)
     };
     const auto expectFailure = [&](const std::string& out) {
         const std::set<std::string> before = listing();
-        const RunResult run = Run({"export", folder.path("in/tree.vdt"), "-o", out});
+        const RunResult run = RunApp({"export", folder.path("in/tree.vdt"), "-o", out});
         EXPECT_EQ(run.status, 2) << out;
         EXPECT_NE(run.messages.find(out.substr(0, out.find_last_of('.'))), std::string::npos) << run.messages;
         EXPECT_EQ(listing(), before) << out;
@@ -389,10 +392,10 @@ TEST(OutputFiles, AFailedExportLeavesNothing)
     // What stood there before a failed run is still whole, and a leftover of a killed run does not stop the next.
     folder.write("in/x.glb", "old");
     folder.write("in/x.glb.part", "left over");
-    EXPECT_EQ(Run({"export", folder.path("in/tree.vdt"), "-o", folder.path("in/x.glb"), "--variant", "none"}).status,
+    EXPECT_EQ(RunApp({"export", folder.path("in/tree.vdt"), "-o", folder.path("in/x.glb"), "--variant", "none"}).status,
               2);
     EXPECT_EQ(folder.read("in/x.glb"), "old");
-    EXPECT_EQ(Run({"export", folder.path("in/tree.vdt"), "-o", folder.path("in/x.glb")}).status, 0);
+    EXPECT_EQ(RunApp({"export", folder.path("in/tree.vdt"), "-o", folder.path("in/x.glb")}).status, 0);
     EXPECT_NE(folder.read("in/x.glb"), "old");
     EXPECT_EQ(folder.read("in/x.glb.part"), "left over");
 }

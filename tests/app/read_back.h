@@ -40,7 +40,7 @@ ReadScene ReadObjFile(const std::string& path);
 /// Materials are called by their ids.
 ReadScene ReadPlyFile(const std::string& path);
 
-/// Finite numbers, unit normals, polygons with an area whose normals do not look the other way.
-void CheckScene(const ReadScene& scene);
+/// Finite numbers, unit normals, polygons with an area. With `facing`, their normals do not look the other way.
+void CheckScene(const ReadScene& scene, bool facing = true);
 
 } // namespace verdanth::test

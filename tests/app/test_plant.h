@@ -49,7 +49,7 @@ struct RunResult {
     std::string out, messages;
 };
 
-inline RunResult Run(const std::vector<std::string>& arguments, bool terminal = false)
+inline RunResult RunApp(const std::vector<std::string>& arguments, bool terminal = false)
 {
     std::ostringstream out, messages;
     int status = 0;
