@@ -206,13 +206,20 @@ template <Ending ending> const char* takeNumber(const char* const start, const c
     return at;
 }
 
+// Clamped to 32 bits. Nine digits always fit, and indices seldom have more.
 template <Ending ending> const char* takeNumber(const char* const start, const char* const end, int32_t& value)
 {
+    uint64_t magnitude = 0;
+    const char* const behind = takeDigits<ending>(start, end, magnitude);
+    if (behind != start && behind - start <= 9) {
+        value = static_cast<int32_t>(magnitude);
+        return behind;
+    }
     int64_t wide = 0;
-    const char* const behind = takeNumber<ending>(start, end, wide);
+    const char* const behindWide = takeNumber<ending>(start, end, wide);
     value = static_cast<int32_t>(
         std::clamp<int64_t>(wide, std::numeric_limits<int32_t>::min(), std::numeric_limits<int32_t>::max()));
-    return behind;
+    return behindWide;
 }
 
 template <class Number> ParsedNumber<Number> parseNumber(std::string_view text)
