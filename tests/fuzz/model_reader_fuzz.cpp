@@ -60,6 +60,8 @@ std::string variantComplaint(const ModelVariant& variant)
 std::string FuzzModelReader(std::string_view input)
 {
     const Model model = read(std::string(input));
+    if (!model.variants.empty() && model.defaultVariant >= model.variants.size())
+        return "the default variant is missing";
     for (const ModelVariant& variant : model.variants)
         if (const std::string complaint = variantComplaint(variant); !complaint.empty()) return complaint;
 

@@ -54,7 +54,9 @@ public:
             }
             previous = c;
             if (!IsSpace(c)) lastNonSpace = c;
-            if (fill > SimpleXml::kPieceSize || attributes.size() > SimpleXml::kMostAttributes) return Result::TooLong;
+            // The bracket itself completes the attribute before it.
+            const size_t attributeCount = attributes.size() + (closing && !skipTag && !attributeName.empty() ? 1 : 0);
+            if (fill > SimpleXml::kPieceSize || attributeCount > SimpleXml::kMostAttributes) return Result::TooLong;
             if (closing) return Result::Ended;
         }
         return Result::More;

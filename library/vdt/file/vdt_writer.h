@@ -13,7 +13,7 @@ struct VdtWriterOptions {
     /// Writes the file as the target of an extref: no plant, the first variant alone.
     bool withoutPlant = false;
     /// Paths inside this directory are written relative to it. Ends in a slash, or is empty.
-    std::string baseDirectory;
+    std::string baseDirectory{};
 };
 
 class VdtWriter {

@@ -165,10 +165,13 @@ void writePolygons(XmlOutput& xml, const Mesh& mesh)
 
 void WriteSkeleton(XmlOutput& xml, const Skeleton& skeleton)
 {
-    if (skeleton.isEmpty()) return;
+    // Where no branch has a vertex there are no polylines that a file could tell of.
+    const bool anyVertex =
+        std::ranges::any_of(skeleton.branches, [](const SkeletonBranch& branch) { return branch.vertexCount > 0; });
+    if (skeleton.points.empty() && skeleton.connectors.empty() && !anyVertex) return;
     xml.open("skeleton");
     if (!skeleton.points.empty()) writePoints(xml, skeleton.points);
-    if (!skeleton.branches.empty()) writePolylines(xml, skeleton);
+    if (anyVertex) writePolylines(xml, skeleton);
     if (!skeleton.connectors.empty()) writeConnectors(xml, skeleton);
     xml.close();
 }

@@ -125,6 +125,7 @@ void Mesh::AppendMesh(const MeshInputAccessor& source, const Matrix& matrix)
 void Mesh::appendCopy(const Mesh& source, const Matrix& matrix)
 {
     const uint64_t basePoint = positions.size();
+    const uint64_t baseNormal = normals.size();
     const uint64_t basePolygon = polygonEnds.size();
     const uint64_t baseCorner = polygonVertices.size();
     const uint64_t baseCoordinate = coordinates.size();
@@ -136,15 +137,15 @@ void Mesh::appendCopy(const Mesh& source, const Matrix& matrix)
 
     // Grown before any pointer is taken: `source` may be this mesh.
     positions.resize(basePoint + pointCount);
-    normals.resize(basePoint + pointCount);
+    normals.resize(baseNormal + pointCount);
     for (uint64_t point = 0; point < pointCount; ++point)
         positions[basePoint + point] = TransformPoint(source.positions[point], matrix);
     if (hasNormals) {
         const Matrix normalMatrix = NormalMatrix(matrix);
         for (uint64_t point = 0; point < pointCount; ++point)
-            normals[basePoint + point] = TransformVector(source.normals[point], normalMatrix);
+            normals[baseNormal + point] = TransformVector(source.normals[point], normalMatrix);
     } else {
-        std::fill(normals.begin() + static_cast<std::ptrdiff_t>(basePoint), normals.end(), Vector3{});
+        std::fill(normals.begin() + static_cast<std::ptrdiff_t>(baseNormal), normals.end(), Vector3{});
     }
 
     // As if no polygon were cut: what is left over at the end is given back.

@@ -61,22 +61,47 @@ private:
     int32_t count = 0;
 };
 
+// Packs the links of each point. starts[point + 1] holds the point's corner count on entry, as in beginLists.
+void linkPoints(const FlatPolygons<uint64_t>& polygons, std::span<const MeshEdge> edges, PointLinkTable& links)
+{
+    uint32_t* const cornersAtPoint = links.polygonStarts.data() + 1;
+    beginLists(links.polygonStarts);
+    links.polygons.resize(polygons.vertices.size());
+    size_t corner = 0;
+    int32_t face = 0;
+    for (const uint64_t end : polygons.ends) {
+        for (; corner < end; ++corner) links.polygons[cornersAtPoint[polygons.vertices[corner]]++] = face;
+        ++face;
+    }
+
+    links.edgeStarts.assign(links.polygonStarts.size(), 0);
+    uint32_t* const edgesAtPoint = links.edgeStarts.data() + 1;
+    for (const MeshEdge& edge : edges) {
+        ++edgesAtPoint[edge.low];
+        ++edgesAtPoint[edge.high];
+    }
+    beginLists(links.edgeStarts);
+    links.edges.resize(2 * edges.size());
+    int32_t index = 0;
+    for (const MeshEdge& edge : edges) {
+        links.edges[edgesAtPoint[edge.low]++] = index;
+        links.edges[edgesAtPoint[edge.high]++] = index;
+        ++index;
+    }
+}
+
 } // namespace
 
 template <class Index>
-void BuildEdgeTables(const FlatPolygons<Index>& polygons, uint64_t pointCount, PointLinkTable& links,
-                     Array<int32_t>& cornerEdges, Array<MeshEdge>& edges)
+void FindEdges(const FlatPolygons<Index>& polygons, const uint32_t* cornerCounts, uint64_t pointCount,
+               Array<int32_t>& cornerEdges, Array<MeshEdge>& edges)
 {
     const Index* const vertices = polygons.vertices.data();
     const size_t cornerCount = polygons.vertices.size();
     VDT_ASSERT(FitsTopology(cornerCount, pointCount));
 
-    links.polygonStarts.assign(pointCount + 1, 0);
-    uint32_t* const cornersAtPoint = links.polygonStarts.data() + 1;
-    for (size_t corner = 0; corner < cornerCount; ++corner) ++cornersAtPoint[vertices[corner]];
-
     // A corner whose edge has no length gets no entry: the polygon's later entries move up, the rest stay 0.
-    EdgeFinder finder(cornersAtPoint, pointCount, cornerCount, edges);
+    EdgeFinder finder(cornerCounts, pointCount, cornerCount, edges);
     cornerEdges.resize(cornerCount);
     size_t corner = 0;
     int32_t face = 0;
@@ -91,34 +116,12 @@ void BuildEdgeTables(const FlatPolygons<Index>& polygons, uint64_t pointCount, P
         ++face;
     }
     finder.finish();
-
-    beginLists(links.polygonStarts);
-    links.polygons.resize(cornerCount);
-    corner = 0;
-    face = 0;
-    for (const Index end : polygons.ends) {
-        for (; corner < end; ++corner) links.polygons[cornersAtPoint[vertices[corner]]++] = face;
-        ++face;
-    }
-
-    links.edgeStarts.assign(pointCount + 1, 0);
-    uint32_t* const edgesAtPoint = links.edgeStarts.data() + 1;
-    for (const MeshEdge& edge : edges) {
-        ++edgesAtPoint[edge.low];
-        ++edgesAtPoint[edge.high];
-    }
-    beginLists(links.edgeStarts);
-    links.edges.resize(2 * edges.size());
-    for (size_t edge = 0; edge < edges.size(); ++edge) {
-        links.edges[edgesAtPoint[edges[edge].low]++] = static_cast<int32_t>(edge);
-        links.edges[edgesAtPoint[edges[edge].high]++] = static_cast<int32_t>(edge);
-    }
 }
 
-template void BuildEdgeTables<uint32_t>(const FlatPolygons<uint32_t>&, uint64_t, PointLinkTable&, Array<int32_t>&,
-                                        Array<MeshEdge>&);
-template void BuildEdgeTables<uint64_t>(const FlatPolygons<uint64_t>&, uint64_t, PointLinkTable&, Array<int32_t>&,
-                                        Array<MeshEdge>&);
+template void FindEdges<uint32_t>(const FlatPolygons<uint32_t>&, const uint32_t*, uint64_t, Array<int32_t>&,
+                                  Array<MeshEdge>&);
+template void FindEdges<uint64_t>(const FlatPolygons<uint64_t>&, const uint32_t*, uint64_t, Array<int32_t>&,
+                                  Array<MeshEdge>&);
 
 void ReportTopologyTime(MessageHandler& messages, const Stopwatch& stopwatch)
 {
@@ -137,7 +140,11 @@ void Mesh::BuildTopology(MessageHandler& messages)
     topologyValid = FitsTopology(polygonVertices.size(), positions.size());
     if (topologyValid) {
         const FlatPolygons<uint64_t> polygons{polygonEnds, polygonVertices};
-        BuildEdgeTables(polygons, positions.size(), pointLinks, cornerEdges, edges);
+        pointLinks.polygonStarts.assign(positions.size() + 1, 0);
+        uint32_t* const cornersAtPoint = pointLinks.polygonStarts.data() + 1;
+        for (const uint64_t vertex : polygonVertices) ++cornersAtPoint[vertex];
+        FindEdges(polygons, cornersAtPoint, positions.size(), cornerEdges, edges);
+        linkPoints(polygons, edges, pointLinks);
     } else {
         pointLinks = {};
         cornerEdges.clear();

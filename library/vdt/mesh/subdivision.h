@@ -13,14 +13,15 @@
 namespace vdt {
 
 /// Refines `mesh` and writes the result to `output`, with zero normals. `polygonLevels`: none for level 0, one entry
-/// for all polygons, or one a polygon. `mesh` keeps the levels between in `subdivided`, to which another run would
-/// append; use a new mesh for each run.
-void Subdivide(Mesh& mesh, MeshOutputAccessor& output, MessageHandler& messages,
+/// for all polygons, or one a polygon. Polygons with more than five corners are refined but not copied, and neither
+/// is one between refined neighbours on two of its edges. A mesh whose refinement would not fit 32-bit indices is
+/// refused with an error.
+void Subdivide(const Mesh& mesh, MeshOutputAccessor& output, MessageHandler& messages,
                std::span<const int32_t> polygonLevels);
 
-/// One level of the above, with the deeper ones by recursion. `outputIndices` gets one entry a point of `mesh`: its
-/// index in `output`, -1 if it was not written.
-void SubdivideLevel(Mesh& mesh, MeshOutputAccessor& output, MessageHandler& messages,
+/// The same, and tells where the points went: `outputIndices` is brought to one entry a point of `mesh`, with its
+/// index in `output`, -1 if it was not written itself. Entries that are there already are taken to be such indices.
+void SubdivideLevel(const Mesh& mesh, MeshOutputAccessor& output, MessageHandler& messages,
                     std::span<const int32_t> polygonLevels, std::vector<int32_t>& outputIndices);
 
 } // namespace vdt

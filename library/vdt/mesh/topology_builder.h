@@ -19,16 +19,16 @@ constexpr bool FitsTopology(uint64_t cornerCount, uint64_t pointCount)
     return cornerCount <= INT32_MAX && pointCount < INT32_MAX;
 }
 
-/// Fills the three tables, which keep their memory from build to build. All indices must be below `pointCount`, and
-/// the sizes must fit.
+/// Fills both tables, which keep their memory from build to build. `cornerCounts` has the corners that meet at each
+/// point. All indices must be below `pointCount`, and the sizes must fit.
 template <class Index>
-void BuildEdgeTables(const FlatPolygons<Index>& polygons, uint64_t pointCount, PointLinkTable& links,
-                     Array<int32_t>& cornerEdges, Array<MeshEdge>& edges);
+void FindEdges(const FlatPolygons<Index>& polygons, const uint32_t* cornerCounts, uint64_t pointCount,
+               Array<int32_t>& cornerEdges, Array<MeshEdge>& edges);
 
-extern template void BuildEdgeTables<uint32_t>(const FlatPolygons<uint32_t>&, uint64_t, PointLinkTable&,
-                                               Array<int32_t>&, Array<MeshEdge>&);
-extern template void BuildEdgeTables<uint64_t>(const FlatPolygons<uint64_t>&, uint64_t, PointLinkTable&,
-                                               Array<int32_t>&, Array<MeshEdge>&);
+extern template void FindEdges<uint32_t>(const FlatPolygons<uint32_t>&, const uint32_t*, uint64_t, Array<int32_t>&,
+                                         Array<MeshEdge>&);
+extern template void FindEdges<uint64_t>(const FlatPolygons<uint64_t>&, const uint32_t*, uint64_t, Array<int32_t>&,
+                                         Array<MeshEdge>&);
 
 /// The timing line of one mesh or level.
 void ReportTopologyTime(MessageHandler& messages, const Stopwatch& stopwatch);

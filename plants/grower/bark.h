@@ -1,0 +1,41 @@
+// Pictures of bark that repeat around and along a branch. They are painted for one turn around the branch and as
+// much along it.
+#pragma once
+
+#include "grower/image.h"
+
+namespace grower {
+
+/// A bark: its colours, and its relief in the red channel, 0 to 1.
+struct Bark {
+    Image color;
+    Image height;
+};
+
+/// White and papery, with dark breathing pores across and black cracked patches.
+struct PaperBarkPaint {
+    vdt::Color3f paper, peel, pore, patch;
+    double patchShare = 0.15; // how much of the stem the patches cover
+    uint32_t seed = 1;
+};
+Bark PaintPaperBark(const PaperBarkPaint& paint, uint32_t size);
+
+/// Ridges along the stem with cracks between them.
+struct RidgedBarkPaint {
+    vdt::Color3f ridge, crack, moss;
+    int ridges = 14;        // around the stem
+    int plates = 6;         // along one turn's length
+    double mossShare = 0.1; // how much of the ridges is green
+    uint32_t seed = 1;
+};
+Bark PaintRidgedBark(const RidgedBarkPaint& paint, uint32_t size);
+
+/// The smooth skin of young wood, with pores and fine lines along the stem.
+struct SmoothBarkPaint {
+    vdt::Color3f skin, shade, pore;
+    double poreShare = 0.1;
+    uint32_t seed = 1;
+};
+Bark PaintSmoothBark(const SmoothBarkPaint& paint, uint32_t size);
+
+} // namespace grower

@@ -1,0 +1,13 @@
+#include "species/species.h"
+
+#include "grower/plant_library.h"
+
+namespace grower {
+
+const std::vector<SpeciesRecipe>& DefaultSpecies()
+{
+    static const std::vector<SpeciesRecipe> species{BetulaPendula(), LavandulaAngustifolia(), QuercusRobur()};
+    return species;
+}
+
+} // namespace grower

@@ -1,0 +1,12 @@
+// The species of the default plant library. Each has a file of its own, with its recipe and nothing else.
+#pragma once
+
+#include "grower/recipe.h"
+
+namespace grower {
+
+SpeciesRecipe BetulaPendula();
+SpeciesRecipe LavandulaAngustifolia();
+SpeciesRecipe QuercusRobur();
+
+} // namespace grower
