@@ -61,20 +61,51 @@ int countContinuations(const SkeletonVertex& tip)
 }
 
 // At a bend a ring would pinch the tube. The frame is stretched in the plane of the bend, across the tangent, as in a
-// mitred pipe joint. The tangent, the bend's normal and the direction across are orthonormal, so the change of basis,
-// stretching and change back come down to adding the stretch along that one direction.
-void MiterFrame(RingFrame& frame, const Skeleton& skeleton, const SkeletonVertex& vertex)
+// mitred pipe joint. The two unit directions differ by just the direction across, so changing to the bend's axes,
+// stretching one and changing back come down to adding the stretch along that direction.
+inline void MiterFrame(RingFrame& frame, const Skeleton& skeleton, const SkeletonVertex& vertex)
 {
-    Vector3 a = frame.origin - skeleton.points[vertex.prev->point].position;
-    Vector3 b = skeleton.points[vertex.next->point].position - frame.origin;
-    if (!Normalize(a) || !Normalize(b)) return;
+    const Vector3 a = frame.origin - skeleton.points[vertex.prev->point].position;
+    const Vector3 b = skeleton.points[vertex.next->point].position - frame.origin;
+    if (!ExceedsInMagnitude(a, kSmallestDirection) || !ExceedsInMagnitude(b, kSmallestDirection)) return;
 
-    const double halfAngleCosine = std::sqrt((1 + Dot(a, b)) / 2);
+    const double lengthA = Length(a), lengthB = Length(b);
+    const double halfAngleCosine = std::sqrt((1 + Dot(a, b) / (lengthA * lengthB)) / 2);
     if (!(halfAngleCosine > kHairpin && halfAngleCosine < kStraight)) return;
 
-    const double stretch = std::clamp(1 / halfAngleCosine, 1.0, kLargestStretch);
-    const Vector3 across = Cross(Normalized(a + b), Normalized(Cross(b, a)));
-    for (Vector3* axis : {&frame.x, &frame.y, &frame.z}) *axis += ((stretch - 1) * Dot(*axis, across)) * across;
+    // The stretch is 1 / cosine. No root or division more than it takes: this is a tube's dearest arithmetic.
+    const double cosine = std::max(halfAngleCosine, 1 / kLargestStretch);
+    const Vector3 across = b * lengthA - a * lengthB;
+    const double share = (1 - cosine) / (cosine * Dot(across, across));
+    for (Vector3* axis : {&frame.x, &frame.y, &frame.z}) *axis += (share * Dot(*axis, across)) * across;
+}
+
+// `v` divided by the frame's volume and brought to unit length, if it has a direction then.
+inline Vector3 unitNormal(const Vector3& v, double volume)
+{
+    if (!ExceedsInMagnitude(v, kSmallestDirection * std::fabs(volume))) return v / volume;
+    return v * (1 / std::copysign(Length(v), volume));
+}
+
+// Of the ring's four points. Normals go by the inverse transpose of the frame; by the axes themselves where the frame
+// has no volume.
+inline void findNormals(const RingFrame& frame, RingNormals kind, Vector3 (&normals)[4])
+{
+    const Vector3 yz = Cross(frame.y, frame.z);
+    double volume = Dot(frame.x, yz);
+    const bool isFlat = volume == 0;
+    if (isFlat) volume = 1;
+    if (kind == RingNormals::Outwards) {
+        const Vector3 x = isFlat ? Vector3{1, 0, 0} : yz;
+        const Vector3 y = isFlat ? Vector3{0, 1, 0} : Cross(frame.z, frame.x);
+        normals[0] = unitNormal(x + y, volume);
+        normals[1] = unitNormal(x - y, volume);
+        normals[2] = -normals[0];
+        normals[3] = -normals[1];
+        return;
+    }
+    const Vector3 z = unitNormal(isFlat ? Vector3{0, 0, 1} : Cross(frame.x, frame.y), volume);
+    for (Vector3& normal : normals) normal = kind == RingNormals::Forwards ? z : -z;
 }
 
 template <class Writer> class TubeMesher {
@@ -82,7 +113,8 @@ public:
     TubeMesher(const ControlMeshRequest& controlMeshRequest, const Writer& meshWriter)
         : request(controlMeshRequest),
           skeleton(controlMeshRequest.skeleton),
-          writer(meshWriter)
+          writer(meshWriter),
+          levels(controlMeshRequest.polygonLevels)
     {
     }
 
@@ -94,6 +126,7 @@ public:
         bool complete = true;
         while (complete && walker.advance()) complete = visit(walker.vertex(), walker.depth());
         writer.finish();
+        levels.resize(polygonCount);
         return complete;
     }
 
@@ -105,7 +138,7 @@ private:
         for (const SkeletonBranch& branch : skeleton.branches) vertexCount += branch.vertexCount;
         const uint64_t capCount = skeleton.branches.size() + 1;
         writer.reserve(4 * (vertexCount + capCount), 4 * vertexCount + capCount, 4 * (4 * vertexCount + capCount));
-        request.polygonLevels.reserve(4 * vertexCount + capCount);
+        levels.resize(4 * vertexCount + capCount);
         if (request.pointSources) request.pointSources->reserve(4 * (vertexCount + capCount));
     }
 
@@ -113,6 +146,7 @@ private:
     {
         // Where branches meet in a circle the walk may come by more often than branches have rings.
         writer.makeRoom(8, 5, 20);
+        if (levels.size() < polygonCount + 5) levels.resize(2 * levels.size() + 5);
 
         if (!vertex.prev) {
             const int64_t level = request.subdivisionLevel - static_cast<int64_t>(depth) + 1;
@@ -152,14 +186,14 @@ private:
             joinRings(ring, texV, data.ring, data.lastTexV, material);
         else
             joinRings(ring, data.lastTexV, data.ring, texV, material);
-        request.polygonLevels.insert(request.polygonLevels.end(), 4, data.subdivisionLevel);
+        for (int quad = 0; quad < 4; ++quad) levels[polygonCount++] = data.subdivisionLevel;
         data.ring = ring;
         data.lastTexV = texV;
 
         if (!vertex.next && radius > kZeroRadius && countContinuations(vertex) == 0) {
             const Ring cap = MakeRing(frame, radius, RingNormals::Forwards, vertex.point);
-            writer.addPolygon({cap[3], cap[2], cap[1], cap[0]}, kTipCoordinates, material);
-            request.polygonLevels.push_back(data.subdivisionLevel);
+            writer.addQuad({cap[3], cap[2], cap[1], cap[0]}, kTipCoordinates, material);
+            levels[polygonCount++] = data.subdivisionLevel;
         }
         return true;
     }
@@ -174,8 +208,8 @@ private:
         if (!isTrunk) return;
 
         const Ring cap = MakeRing(frame, radius, RingNormals::Backwards, vertex.point);
-        writer.addPolygon({cap[0], cap[1], cap[2], cap[3]}, kFootCoordinates, skeleton.branches[vertex.branch].matid);
-        request.polygonLevels.push_back(data.subdivisionLevel);
+        writer.addQuad({cap[0], cap[1], cap[2], cap[3]}, kFootCoordinates, skeleton.branches[vertex.branch].matid);
+        levels[polygonCount++] = data.subdivisionLevel;
     }
 
     RingFrame frameOf(const SkeletonVertex& vertex) const
@@ -186,35 +220,15 @@ private:
 
     Ring MakeRing(const RingFrame& frame, double radius, RingNormals kind, uint64_t point)
     {
-        // The columns of the frame's inverse, which normals go by; the frame as it is where it has no volume.
-        Vector3 x = Cross(frame.y, frame.z);
-        Vector3 y = Cross(frame.z, frame.x);
-        Vector3 z = Cross(frame.x, frame.y);
-        const double volume = Dot(frame.x, x);
-        if (volume == 0) {
-            x = {1, 0, 0};
-            y = {0, 1, 0};
-            z = {0, 0, 1};
-        } else {
-            const double inverse = 1 / volume;
-            x = x * inverse;
-            y = y * inverse;
-            z = z * inverse;
-        }
-
-        Vector3 first = Normalized(x + y), second = Normalized(x - y), third = -first, fourth = -second;
-        if (kind != RingNormals::Outwards) {
-            if (kind == RingNormals::Backwards) z = -z;
-            first = second = third = fourth = Normalized(z);
-        }
-
+        Vector3 normals[4];
+        findNormals(frame, kind, normals);
         const Vector3 kx = radius * frame.x, ky = radius * frame.y;
         const Vector3 sum = kx + ky, difference = kx - ky;
         if (request.pointSources) request.pointSources->insert(request.pointSources->end(), 4, point);
-        const uint64_t p0 = writer.addPoint(sum + frame.origin, first);
-        const uint64_t p1 = writer.addPoint(difference + frame.origin, second);
-        const uint64_t p2 = writer.addPoint(-sum + frame.origin, third);
-        const uint64_t p3 = writer.addPoint(-difference + frame.origin, fourth);
+        const uint64_t p0 = writer.addPoint(sum + frame.origin, normals[0]);
+        const uint64_t p1 = writer.addPoint(difference + frame.origin, normals[1]);
+        const uint64_t p2 = writer.addPoint(-sum + frame.origin, normals[2]);
+        const uint64_t p3 = writer.addPoint(-difference + frame.origin, normals[3]);
         return {p0, p1, p2, p3};
     }
 
@@ -225,7 +239,7 @@ private:
             const size_t next = (k + 1) % 4;
             const float u0 = 1 - static_cast<float>(k) / 4;
             const float u1 = 1 - static_cast<float>(k + 1) / 4;
-            writer.addPolygon(
+            writer.addQuad(
                 {
                     front[k], front[next], back[next], back[k]
             },
@@ -236,6 +250,8 @@ private:
     const ControlMeshRequest& request;
     const Skeleton& skeleton;
     Writer writer;
+    std::vector<int32_t>& levels; // one entry a polygon, and room for more behind
+    uint64_t polygonCount = 0;
     std::vector<MeshGeneratorData> openBranches; // as the walk has them
     Ring carriedRing{};                          // from a tip to the branch that goes on there
     bool hasCarriedRing = false;

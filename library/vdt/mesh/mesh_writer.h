@@ -22,14 +22,10 @@ public:
 
     uint64_t addPoint(const Vector3& position, const Vector3& normal) { return output.AddPoint(position, normal); }
 
-    /// A polygon with texture coordinates of its own.
-    template <size_t count>
-    void addPolygon(const uint64_t (&points)[count], const Vector2f (&uvs)[count], int32_t material)
+    /// A quad with texture coordinates of its own.
+    void addQuad(const uint64_t (&points)[4], const Vector2f (&uvs)[4], int32_t material)
     {
-        uint64_t coordinateIndices[count];
-        for (size_t corner = 0; corner < count; ++corner)
-            coordinateIndices[corner] = output.AddUV(uvs[corner].u, uvs[corner].v);
-        output.AddPolygon(points, coordinateIndices, material);
+        AddQuad(output, points, uvs, material);
     }
 
     /// The same for 3 to 5 corners, left to the accessor in one call.
@@ -110,10 +106,9 @@ public:
         return pointCount++;
     }
 
-    template <size_t count>
-    void addPolygon(const uint64_t (&points)[count], const Vector2f (&uvs)[count], int32_t material)
+    void addQuad(const uint64_t (&points)[4], const Vector2f (&uvs)[4], int32_t material)
     {
-        addCorners(count, points, uvs, material);
+        addCorners(4, points, uvs, material);
     }
 
     void addPolygonFromLists(size_t count, const int32_t* points, const Vector2f* uvs, int32_t material)
@@ -122,18 +117,24 @@ public:
     }
 
 private:
+    // The counts go through locals: the arrays' numbers are of their type, and might be them for all that a compiler
+    // knows.
     template <class Index> void addCorners(size_t count, const Index* points, const Vector2f* uvs, int32_t material)
     {
+        const uint64_t firstCorner = cornerCount, firstCoordinate = coordinateCount, polygon = polygonCount;
+        uint64_t* const vertex = polygonVertices + firstCorner;
+        uint64_t* const coordinateIndex = polygonCoordinates + firstCorner;
+        Vector2f* const coordinate = coordinates + firstCoordinate;
+        polygonEnds[polygon] = firstCorner + count;
+        materials[polygon] = material;
         for (size_t corner = 0; corner < count; ++corner) {
-            polygonVertices[cornerCount + corner] = static_cast<uint64_t>(points[corner]);
-            polygonCoordinates[cornerCount + corner] = coordinateCount + corner;
-            coordinates[coordinateCount + corner] = uvs[corner];
+            vertex[corner] = static_cast<uint64_t>(points[corner]);
+            coordinateIndex[corner] = firstCoordinate + corner;
+            coordinate[corner] = uvs[corner];
         }
-        cornerCount += count;
-        coordinateCount += count;
-        polygonEnds[polygonCount] = cornerCount;
-        materials[polygonCount] = material;
-        ++polygonCount;
+        cornerCount = firstCorner + count;
+        coordinateCount = firstCoordinate + count;
+        polygonCount = polygon + 1;
     }
 
     // Sizes are drawn out to the capacities: what has not been written costs nothing.

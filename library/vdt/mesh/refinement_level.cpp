@@ -15,8 +15,9 @@ bool hasRepeatedCorner(std::span<const uint64_t> corners)
     return false;
 }
 
-// The polygons with a corner on a refined point, ascending.
-Array<uint32_t> polygonsAtRefinedPoints(const Mesh& mesh, std::span<const int32_t> levels)
+// The polygons with a corner on a refined point, ascending. If there is a corner without an edge of its own they are
+// all polygons: such a corner borrows the mesh's first edge, which then has to be there with both its polygons.
+Array<uint32_t> polygonsToGather(const Mesh& mesh, std::span<const int32_t> levels)
 {
     std::vector<uint8_t> refined(mesh.positions.size(), 0);
     const uint64_t polygonCount = mesh.polygonEnds.size();
@@ -26,10 +27,16 @@ Array<uint32_t> polygonsAtRefinedPoints(const Mesh& mesh, std::span<const int32_
 
     Array<uint32_t> chosen;
     chosen.reserve(polygonCount);
+    bool borrowed = false;
     for (uint64_t polygon = 0; polygon < polygonCount; ++polygon) {
         const std::span<const uint64_t> corners = mesh.corners(polygon);
+        borrowed |= hasRepeatedCorner(corners);
         if (std::any_of(corners.begin(), corners.end(), [&](uint64_t point) { return refined[point]; }))
             chosen.push_back(static_cast<uint32_t>(polygon));
+    }
+    if (borrowed) {
+        chosen.resize(polygonCount);
+        std::iota(chosen.begin(), chosen.end(), 0);
     }
     return chosen;
 }
@@ -135,15 +142,7 @@ RefinementLevel GatherRefinedPart(const Mesh& mesh, std::span<const int32_t> lev
     meshPolygons.clear();
     if (std::none_of(levels.begin(), levels.end(), [](int32_t level) { return level > 0; })) return part;
 
-    meshPolygons = polygonsAtRefinedPoints(mesh, levels);
-    // A corner without an edge of its own borrows the mesh's first edge, so that one has to be there with all its
-    // polygons.
-    if (std::any_of(meshPolygons.begin(), meshPolygons.end(),
-                    [&](uint32_t polygon) { return hasRepeatedCorner(mesh.corners(polygon)); })) {
-        meshPolygons.resize(mesh.polygonEnds.size());
-        std::iota(meshPolygons.begin(), meshPolygons.end(), 0);
-    }
-
+    meshPolygons = polygonsToGather(mesh, levels);
     uint64_t cornerCount = 0;
     for (const uint32_t polygon : meshPolygons) cornerCount += mesh.corners(polygon).size();
     part.ends.resize(meshPolygons.size());

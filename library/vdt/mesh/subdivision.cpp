@@ -103,6 +103,7 @@ private:
         for (uint64_t polygon = 0; polygon < levels.size(); ++polygon) {
             const int32_t level = levels[polygon];
             const uint64_t count = mesh.corners(polygon).size();
+            if (count == 0) continue; // of any level
             if (level == 0) {
                 ++polygons;
                 corners += count;

@@ -1,5 +1,6 @@
 #include "vdt/skeleton/walker.h"
 
+#include "vdt/memory/prefetch.h"
 #include "vdt/skeleton/ring.h"
 
 #include <algorithm>
@@ -101,8 +102,13 @@ bool SkeletonWalker::stepVertexByVertex()
         }
 
         if (current.next) {
-            top = {current.next, current.next->ring};
-            return goesOnThin(current, *current.next);
+            const SkeletonVertex& next = *current.next;
+            top = {&next, next.ring};
+
+            // Side branches lie anywhere in memory, so what the next steps look at is brought near.
+            if (next.next && next.next->ring) Prefetch(*next.next->ring);
+            if (next.ring && next.ring->next) Prefetch(source->points[next.ring->next->point]);
+            return goesOnThin(current, next);
         }
 
         stack.pop_back();
