@@ -3,7 +3,7 @@
 // The layout of the buffer is worked out first: how many vertices each primitive has follows from its mesh and the
 // number of copies. The copies themselves are made while the buffer is written, one at a time, so that memory does
 // not grow with them.
-#include "as_written.h"
+#include "console/as_written.h"
 #include "export/export_scene.h"
 #include "export/gltf_images.h"
 #include "export/triangles.h"

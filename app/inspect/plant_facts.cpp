@@ -1,6 +1,6 @@
 #include "inspect/plant_facts.h"
 
-#include "as_written.h"
+#include "console/as_written.h"
 #include "console/console.h"
 #include "inspect/counting_output.h"
 #include "vdt/generate/foliage.h"
