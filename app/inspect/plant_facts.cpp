@@ -182,8 +182,8 @@ Json describeCounts(const CountingOutput& counted)
 Json describeCost(const vdt::ModelVariant& variant, double metersPerUnit, vdt::MessageHandler& messages)
 {
     const std::string season = DefaultSeason(variant);
-    CountingOutput branches;
-    CountingOutput foliage;
+    CountingOutput branches(messages);
+    CountingOutput foliage(messages);
     vdt::BuildPlantMesh(variant, {.season = season, .foliage = false}, branches, messages);
     if (!messages.isCancelled()) vdt::BuildPlantMesh(variant, {.season = season, .branches = false}, foliage, messages);
     vdt::Box bound = branches.bound;
