@@ -14,11 +14,11 @@ constexpr int kGroupCount = 3;
 AgeRecipe largeAge()
 {
     const StemRecipe branch{
-        .spacing = 20,
+        .spacing = 16,
         .firstAt = 0.1,
         .lastAt = 0.97,
         .length = {0.42, 0.15},
-        .segment = 21,
+        .segment = 84,
         .wander = 6,
         .pullAtTip = -0.1,
         .shortest = 10
@@ -36,7 +36,7 @@ AgeRecipe largeAge()
     bough.length = {0.95, 0.1};
     StemRecipe twig = branch;
     twig.length = {0.9, 0.2};
-    twig.segment = 11;
+    twig.segment = 36.5;
     age.stems = {bough, branch, twig};
     return age;
 }

@@ -38,6 +38,7 @@ vdt::Color3f leafColor(const LeafShape& shape, const LeafPaint& paint, double ac
 {
     const double distance = std::fabs(across);
     const double width = std::max(ProfileValue(shape.halfWidth, along), 1e-3);
+    if (distance > 1.2 * width + 0.05) return paint.margin; // out of sight
     const double foot = along - shape.slant * distance;
 
     // Patches, and the margin's colour coming in from the edge.

@@ -13,7 +13,7 @@ namespace grower {
 
 /// Lengths are in lengths of the blade.
 struct LeafShape {
-    Profile halfWidth;    // from 0 at the blade's base to 1 at its tip
+    Profile halfWidth{};  // from 0 at the blade's base to 1 at its tip
     double stalk = 0.2;   // length of the leaf stalk
     int lobes = 0;        // on each side
     double lobeDepth = 0; // how far they are cut towards the midrib, 0 to 1
@@ -24,11 +24,11 @@ struct LeafShape {
 };
 
 struct LeafPaint {
-    vdt::Color3f blade;
-    vdt::Color3f margin; // towards the edge, and in patches
-    vdt::Color3f vein;
+    vdt::Color3f blade{};
+    vdt::Color3f margin{}; // towards the edge, and in patches
+    vdt::Color3f vein{};
     double veinStrength = 0.5;
-    vdt::Color3f spot;
+    vdt::Color3f spot{};
     double spotShare = 0; // how much of the blade the spots cover, 0 to 1
     uint32_t seed = 1;
 };

@@ -250,10 +250,14 @@ AgeRecipe medium()
     age.stems[0].firstAt = 0.11;
     age.stems[0].angle = {46, 8};
     age.stems[0].segment = 20;
-    age.stems[1].spacing = 17;
+    age.stems[1].spacing = 13;
+    age.stems[1].shortest = 12;
     age.stems[1].length = {0.45, 0.15};
     age.stems[1].pullAtTip = -0.20;
-    age.stems[2].length = {0.66, 0.22};
+    age.stems[2].spacing = 12;
+    age.stems[2].length = {0.75, 0.25};
+    age.stems[2].segment = 13;
+    age.stems[2].shortest = 11;
     return age;
 }
 

@@ -6,7 +6,8 @@ namespace grower {
 
 const std::vector<SpeciesRecipe>& DefaultSpecies()
 {
-    static const std::vector<SpeciesRecipe> species{BetulaPendula(), LavandulaAngustifolia(), QuercusRobur()};
+    static const std::vector<SpeciesRecipe> species{BetulaPendula(), LavandulaAngustifolia(), PiceaAbies(),
+                                                    PrunusSerrulata(), QuercusRobur()};
     return species;
 }
 

@@ -7,6 +7,8 @@ namespace grower {
 
 SpeciesRecipe BetulaPendula();
 SpeciesRecipe LavandulaAngustifolia();
+SpeciesRecipe PiceaAbies();
+SpeciesRecipe PrunusSerrulata();
 SpeciesRecipe QuercusRobur();
 
 } // namespace grower

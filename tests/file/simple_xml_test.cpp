@@ -48,7 +48,10 @@ Parsed parse(const std::string& text, uint64_t totalSize = 0)
     return parsed;
 }
 
-Events eventsOf(const std::string& text) { return parse(text).events; }
+Events eventsOf(const std::string& text)
+{
+    return parse(text).events;
+}
 
 } // namespace
 
@@ -58,6 +61,7 @@ TEST(SimpleXml, TagsBecomeEvents)
         const char* text;
         Events events;
     };
+    // clang-format off
     const Row rows[] = {
         {"<a/>",                                    {"<a", "</a"}                          },
         {"<a>x y</a>",                              {"<a", "x y", "</a"}                   },
@@ -81,6 +85,7 @@ TEST(SimpleXml, TagsBecomeEvents)
         {"<a b=\"1\" b=\"2\"/>",                    {"<a b=[1] b=[2]", "</a"}              },
         {"<a b=\"\\\"c\"d\\ e=f>",                  {"<a b=[\\\"cd\\] e=[f]"}              },
     };
+    // clang-format on
     for (const Row& row : rows) {
         SCOPED_TRACE(row.text);
         EXPECT_EQ(eventsOf(row.text), row.events);
@@ -148,6 +153,7 @@ TEST(SimpleXml, WhatIsTooLongForTheFormatEndsTheParse)
         std::string text;
         bool fits;
     };
+    // clang-format off
     const Row rows[] = {
         {"name that fits",     "<" + fits + "/>",                              true },
         {"value that fits",    "<a b=\"" + fits + "\"/>",                      true },
@@ -158,6 +164,7 @@ TEST(SimpleXml, WhatIsTooLongForTheFormatEndsTheParse)
         {"brackets",           std::string(10 << 20, '<'),                     false},
         {"value of entities",  "<a b=\"" + std::string(4096, ' ') + "&lt;\">", false},
     };
+    // clang-format on
     for (const Row& row : rows) {
         SCOPED_TRACE(row.name);
         const Parsed parsed = parse("<before/>" + row.text + "<after/>", 1);

@@ -32,6 +32,7 @@ TEST(VdtReader, JudgesTheVersionAndReadsOn)
         const char* attribute;
         Texts errors;
     };
+    // clang-format off
     const Row rows[] = {
         {"version=\"0.0\"",      {}                  },
         {"version=\"1.2\"",      {}                  },
@@ -45,6 +46,7 @@ TEST(VdtReader, JudgesTheVersionAndReadsOn)
         {"version=\"\"",         {kMissing, kMalformed}},
         {"",                     {kMissing, kMalformed}},
     };
+    // clang-format on
     for (const Row& row : rows) {
         SCOPED_TRACE(row.attribute);
         const ReadModel read = readText(std::string("<verdanth ") + row.attribute + "><plant name=\"x\"/></verdanth>");
@@ -66,10 +68,20 @@ TEST(VdtReader, NamesTextsAndColours)
     EXPECT_EQ(read.model.unit, kMeters);
     EXPECT_EQ(read.model.name, "Quercus robur");
     EXPECT_EQ(read.model.info, (FileInfo{"c", "u", "t", "s"}));
-    EXPECT_EQ(read.model.labels, (LocalizedTexts{{"de", "Eiche"}, {"en-US", "oak"}}));
-    EXPECT_EQ(read.model.descriptions, (LocalizedTexts{{"en", "tall"}}));
-    EXPECT_EQ(read.model.woodColors, (SeasonColors{{"", {1, 2, 3, 4}}, {"summer", {0.1f, 0.2f, 0.3f, 1}}}));
-    EXPECT_EQ(read.model.foliageColors, (SeasonColors{{"s", {4, 5, 6, 1}}}));
+    EXPECT_EQ(read.model.labels, (LocalizedTexts{
+                                     {"de",    "Eiche"},
+                                     {"en-US", "oak"  }
+    }));
+    EXPECT_EQ(read.model.descriptions, (LocalizedTexts{
+                                           {"en", "tall"}
+    }));
+    EXPECT_EQ(read.model.woodColors, (SeasonColors{
+                                         {"",       {1, 2, 3, 4}         },
+                                         {"summer", {0.1f, 0.2f, 0.3f, 1}}
+    }));
+    EXPECT_EQ(read.model.foliageColors, (SeasonColors{
+                                            {"s", {4, 5, 6, 1}}
+    }));
     EXPECT_THAT(read.messages.warnings, ElementsAre("Foliage color has wrong argument count (2)!"));
     EXPECT_THAT(read.losses, ElementsAre("A second text in the language \"de\" is left out."));
 }
@@ -80,6 +92,7 @@ TEST(VdtReader, ReportsLabelsItCannotStore)
         const char* content;
         Texts warnings;
     };
+    // clang-format off
     const Row rows[] = {
         {"<label>x</label>",                                                   {kLabel}     },
         {"<label lang=\"german\">x</label>",                                   {kLabel}     },
@@ -95,6 +108,7 @@ TEST(VdtReader, ReportsLabelsItCannotStore)
         {"<model><bound>1 2 3 4 5 6 7</bound></model>",
          {"Invalid bounding volume value count, found 7 values, expected 6!"}               },
     };
+    // clang-format on
     for (const Row& row : rows) {
         SCOPED_TRACE(row.content);
         EXPECT_EQ(readPlant(row.content).messages.warnings, row.warnings);
@@ -121,14 +135,17 @@ TEST(VdtReader, VariantsAndQualifiers)
     ASSERT_EQ(variants.size(), 4u);
     EXPECT_EQ(read.model.defaultVariant, 1u) << "of two defaults the later one counts";
     EXPECT_EQ(variants[0].extref, "a.vdt");
-    EXPECT_EQ(variants[0].bound, (Box{{1, 2, 3}, {4, 5, 6}}));
+    EXPECT_EQ(variants[0].bound, (Box{
+                                     {1, 2, 3},
+                                     {4, 5, 6}
+    }));
     EXPECT_EQ(variants[1].name, "") << "nothing leaks from one variant to the next";
     EXPECT_TRUE(variants[1].bound.isEmpty());
     EXPECT_EQ(variants[1].qualifiers.at(0), (Qualifier{3, "summer", {{"en", "Summer"}}}));
     EXPECT_EQ(variants[1].defaultQualifier, 1u);
     EXPECT_EQ(variants[2].defaultQualifier, 0u);
-    EXPECT_THAT(read.messages.warnings, ElementsAre("Unknown default qualifier given (99999999999)!",
-                                                    "Unknown default qualifier given (0)!"));
+    EXPECT_THAT(read.messages.warnings,
+                ElementsAre("Unknown default qualifier given (99999999999)!", "Unknown default qualifier given (0)!"));
 }
 
 TEST(VdtReader, AVariantWithoutAPlantTakesTheFilesInfo)
@@ -149,6 +166,7 @@ TEST(VdtReader, MaterialSides)
         Back back;
         float backRed; // of a back of its own
     };
+    // clang-format off
     const Row rows[] = {
         {"",            "",                                                              Back::None,  0    },
         {"",            "<front><diffuse color=\"1 0 0\"/></front>",                     Back::None,  0    },
@@ -160,12 +178,11 @@ TEST(VdtReader, MaterialSides)
         {"",            "<diffuse color=\"1 1 1\"/><back><diffuse/></back>",             Back::Own,   0.85f},
         {"",            "<back><diffuse color=\"0.5 x\"/><normal/></back><diffuse/>",    Back::Own,   0.5f },
     };
+    // clang-format on
     for (const Row& row : rows) {
         SCOPED_TRACE(std::string(row.attributes) + row.content);
         const MaterialData material = readMaterial(row.attributes, row.content);
-        const Back back = !material.back()              ? Back::None
-                          : material.hasSeparateBack()  ? Back::Own
-                                                        : Back::Front;
+        const Back back = !material.back() ? Back::None : material.hasSeparateBack() ? Back::Own : Back::Front;
         EXPECT_EQ(back, row.back);
         const float backRed = material.hasSeparateBack() ? material.back()->diffuseColor.r : 0;
         EXPECT_EQ(backRed, row.backRed);
@@ -183,13 +200,22 @@ TEST(VdtReader, MaterialFields)
     EXPECT_EQ(material.matid, -3);
     EXPECT_EQ(material.name, "last");
     EXPECT_EQ(material.alphaTexture, "d");
-    EXPECT_EQ(material.front,
-              (MaterialSide{{0.1f, 0.2f, 0.85f}, "d", 0.5f, {}, "s", 0, "n", "b", 2}));
+    EXPECT_EQ(material.front, (MaterialSide{
+                                  {0.1f,   0.2f, 0.85f},
+                                  "d", 0.5f, {     },
+                                  "s", 0, "n", "b", 2
+    }));
     EXPECT_EQ(material.displacementTexture, "h");
     EXPECT_EQ(material.displacementHeight, 3);
     EXPECT_FALSE(material.displacementCentered);
     EXPECT_EQ(material.subsurfaceColor, (Color3f{1, 2, 3}));
-    for (const auto& [text, centered] : {std::pair{"1", true}, {"0", false}, {"x", false}, {"", false}, {"true", true}})
+    for (const auto& [text, centered] : {
+             std::pair{"1",    true },
+             {"0",    false},
+             {"x",    false},
+             {"",     false},
+             {"true", true }
+    })
         EXPECT_EQ(readMaterial("", std::string("<displacement centered=\"") + text + "\"/>").displacementCentered,
                   centered)
             << text;
@@ -317,6 +343,7 @@ TEST(VdtReader, TellsOfUnusableFiles)
         bool result;
         size_t warnings, errors;
     };
+    // clang-format off
     const Row rows[] = {
         {folder.path("nothing.vdt"),                                        false, 0, 0},
         {folder.path(""),                                                   false, 0, 0},
@@ -329,6 +356,7 @@ TEST(VdtReader, TellsOfUnusableFiles)
         {folder.write("brackets.vdt", std::string(10 << 20, '<')),          false, 0, 1},
         {folder.write("big_tag.vdt", "<a " + std::string(100 << 20, 'b')),  false, 0, 1},
     };
+    // clang-format on
     for (const Row& row : rows) {
         SCOPED_TRACE(row.path);
         RecordingMessages messages;
@@ -348,6 +376,22 @@ TEST(VdtReader, BoundsRecordsByWhatAFileCanMean)
     EXPECT_EQ(read.model.variants.size(), 65536u);
     EXPECT_EQ(read.model.materials.size(), 65536u);
     EXPECT_EQ(read.messages.warnings.size(), 1u);
+}
+
+TEST(VdtReader, CountsMeshesOverAllVariants)
+{
+    std::string variant = "<model><qualifiers default=\"1500\">";
+    for (int i = 0; i < 2000; ++i) variant += "<qualifier id=\"" + std::to_string(i) + "\"/>";
+    variant += "</qualifiers>";
+    for (int i = 0; i < 20000; ++i) variant += "<mesh/><proxy><mesh/></proxy>";
+    const ReadModel read = readPlant(variant + "</model>" + variant + "</model>");
+    size_t meshes = 0;
+    for (const ModelVariant& one : read.model.variants) {
+        meshes += one.meshes.size() + one.proxies.size();
+        EXPECT_EQ(one.qualifiers.size(), 1024u);
+        EXPECT_EQ(one.defaultQualifier, 0u); // 1500 was left out
+    }
+    EXPECT_EQ(meshes, 65536u);
 }
 
 } // namespace vdt::test

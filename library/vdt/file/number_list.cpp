@@ -1,10 +1,14 @@
 #include "vdt/file/number_list.h"
 
 #include <algorithm>
+#include <array>
+#include <bit>
 #include <clocale>
+#include <cmath>
 #include <cstdlib>
 #include <cstring>
 #include <limits>
+#include <type_traits>
 
 #ifndef _WIN32
 #include <locale.h>
@@ -44,19 +48,44 @@ const char* skipSpace(const char* at, const char* end)
 }
 
 // Takes the word at `at` through the standard library: long mantissas, hexadecimal, infinity, overflow, no number.
-ParsedNumber<double> parseByLibrary(const char* begin, const char* at, const char* end)
+// Gives `at` back if there is no number.
+const char* takeByLibrary(const char* at, const char* end, double& value)
 {
     const std::string word(at, std::find_if(at, end, IsSpace));
     char* behind = nullptr;
-    const double value = strtodInC(word.c_str(), &behind);
-    if (behind == word.c_str()) return {};
-    return {value, static_cast<size_t>(at - begin) + static_cast<size_t>(behind - word.c_str())};
+    value = strtodInC(word.c_str(), &behind);
+    return at + (behind - word.c_str());
 }
 
-// Decimal digits from `at` on, appended to `mantissa` while they fit.
-const char* takeDigits(const char* at, const char* end, uint64_t& mantissa)
+// Appends eight digits to `mantissa` at once, added up pair by pair. False if there are fewer. Fractions are mostly
+// that long, and a loop over them would have to guess where it ends.
+bool takeEightDigits(const char* at, const char* end, uint64_t& mantissa)
 {
-    while (at != end && isDigit(*at)) mantissa = mantissa * 10 + static_cast<uint64_t>(*at++ - '0');
+    if (std::endian::native != std::endian::little || end - at < 8) return false;
+    uint64_t word = 0;
+    std::memcpy(&word, at, sizeof word);
+    word ^= 0x3030303030303030; // digits become their values
+    if (((word + 0x7676767676767676) | word) & 0x8080808080808080) return false;
+    word = word * 10 + (word >> 8);
+    word =
+        ((word & 0x000000FF000000FF) * 0x000F424000000064 + ((word >> 16) & 0x000000FF000000FF) * 0x0000271000000001) >>
+        32;
+    mantissa = mantissa * 100000000 + word;
+    return true;
+}
+
+// Where a word is known to end before the text does, nobody need ask for the end at each of its characters.
+enum class Ending { Text, Word };
+
+template <Ending ending> bool isAtEnd(const char* at, const char* end)
+{
+    return ending == Ending::Text && at == end;
+}
+
+// Decimal digits from `at` on, appended to `mantissa`, which may wrap.
+template <Ending ending> const char* takeDigits(const char* at, const char* end, uint64_t& mantissa)
+{
+    while (!isAtEnd<ending>(at, end) && isDigit(*at)) mantissa = mantissa * 10 + static_cast<uint64_t>(*at++ - '0');
     return at;
 }
 
@@ -74,89 +103,151 @@ const char* takeExponent(const char* at, const char* end, int& exponent)
     return digit;
 }
 
-} // namespace
+#ifdef __SIZEOF_INT128__
+__extension__ using Wide = unsigned __int128;
 
-// Clinger, "How to read floating point numbers accurately", 1990: where mantissa and power of ten are both exact, one
-// multiplication or division rounds once and is right. Everything else goes to the standard library.
-ParsedNumber<double> ParseDouble(std::string_view text)
+constexpr int kLargestDivision = 19; // 10^19 fits into 64 bits
+
+constexpr auto kIntegerPowersOfTen = [] {
+    std::array<uint64_t, kLargestDivision + 1> powers{1};
+    for (size_t i = 1; i < powers.size(); ++i) powers[i] = powers[i - 1] * 10;
+    return powers;
+}();
+
+// mantissa / 10^power, rounded once: the quotient is taken to 63 bits, far more than a double keeps, and its last bit
+// remembers whether anything came behind it.
+double divideByPowerOfTen(uint64_t mantissa, int power)
 {
-    const char* const begin = text.data();
-    const char* const end = begin + text.size();
-    const char* const start = skipSpace(begin, end);
+    const uint64_t divisor = kIntegerPowersOfTen[static_cast<size_t>(power)];
+    const int mantissaShift = std::countl_zero(mantissa);
+    const int divisorShift = std::countl_zero(divisor);
+    const auto dividend = static_cast<Wide>(mantissa << mantissaShift) << 63;
+    const uint64_t normalised = divisor << divisorShift;
+    auto quotient = static_cast<uint64_t>(dividend / normalised);
+    quotient |= static_cast<uint64_t>(dividend % normalised != 0);
+    return std::ldexp(static_cast<double>(quotient), divisorShift - mantissaShift - 63);
+}
+#else
+constexpr int kLargestDivision = 0;
+
+double divideByPowerOfTen(uint64_t, int)
+{
+    return 0;
+} // never asked
+#endif
+
+// The number at `at`, where no white space stands; gives its end, or `at` if there is none.
+//
+// Clinger, "How to read floating point numbers accurately", 1990: where mantissa and power of ten are both exact, one
+// multiplication or division rounds once and is right. Longer mantissas are divided as integers. What is left goes to
+// the standard library.
+template <Ending ending> const char* takeNumber(const char* const start, const char* const end, double& value)
+{
     const char* at = start;
-    const bool negative = at != end && *at == '-';
-    if (at != end && (*at == '-' || *at == '+')) ++at;
+    const bool negative = !isAtEnd<ending>(at, end) && *at == '-';
+    if (!isAtEnd<ending>(at, end) && (*at == '-' || *at == '+')) ++at;
 
     uint64_t mantissa = 0;
     const char* const digits = at;
-    at = takeDigits(at, end, mantissa);
+    at = takeDigits<ending>(at, end, mantissa);
     auto digitCount = at - digits;
     int exponent = 0;
-    if (at != end && *at == '.') {
+    if (!isAtEnd<ending>(at, end) && *at == '.') {
         const char* const fraction = ++at;
-        at = takeDigits(at, end, mantissa);
+        if (takeEightDigits(at, end, mantissa)) at += 8;
+        at = takeDigits<ending>(at, end, mantissa);
         exponent = static_cast<int>(fraction - at);
         digitCount += at - fraction;
     }
-    if (at != end && (*at == 'e' || *at == 'E')) at = takeExponent(at, end, exponent);
+    if (!isAtEnd<ending>(at, end) && (*at == 'e' || *at == 'E')) at = takeExponent(at, end, exponent);
 
-    const bool hexadecimal = at != end && (*at == 'x' || *at == 'X');
-    const bool exact = digitCount > 0 && digitCount <= kDigitsThatFit && mantissa <= kLargestExactInteger &&
-                       exponent >= -kLargestExactPower && exponent <= kLargestExactPower && !hexadecimal;
-    if (!exact) return parseByLibrary(begin, start, end);
-
+    const bool hexadecimal = !isAtEnd<ending>(at, end) && (*at == 'x' || *at == 'X');
+    if (digitCount == 0 || digitCount > kDigitsThatFit || hexadecimal) return takeByLibrary(start, end, value);
     const auto whole = static_cast<double>(mantissa);
-    const double value = exponent < 0 ? whole / kPowersOfTen[-exponent] : whole * kPowersOfTen[exponent];
-    return {negative ? -value : value, static_cast<size_t>(at - begin)};
+    if (mantissa <= kLargestExactInteger && exponent >= -kLargestExactPower && exponent <= kLargestExactPower) {
+        value = exponent < 0 ? whole / kPowersOfTen[-exponent] : whole * kPowersOfTen[exponent];
+    } else if (exponent == 0) {
+        value = whole;
+    } else if (exponent < 0 && exponent >= -kLargestDivision) {
+        value = divideByPowerOfTen(mantissa, -exponent);
+    } else {
+        return takeByLibrary(start, end, value);
+    }
+    if (negative) value = -value;
+    return at;
 }
 
-ParsedNumber<int64_t> ParseInteger(std::string_view text)
+// The same for integers, clamped to 64 bits.
+template <Ending ending> const char* takeNumber(const char* const start, const char* const end, int64_t& value)
 {
     constexpr uint64_t kMost = std::numeric_limits<int64_t>::max();
-    const char* const begin = text.data();
-    const char* const end = begin + text.size();
-    const char* at = skipSpace(begin, end);
-    const bool negative = at != end && *at == '-';
-    if (at != end && (*at == '-' || *at == '+')) ++at;
+    const char* at = start;
+    bool negative = false;
+    if (!isAtEnd<ending>(at, end) && !isDigit(*at)) {
+        negative = *at == '-';
+        if (negative || *at == '+') ++at;
+    }
 
     const char* const digits = at;
     uint64_t magnitude = 0;
-    at = takeDigits(at, end, magnitude);
-    if (at == digits) return {};
+    at = takeDigits<ending>(at, end, magnitude);
+    if (at == digits) return start;
 
     // Beyond 18 digits the sum may have wrapped: add again, stopping at the limit.
     const uint64_t limit = negative ? kMost + 1 : kMost;
     if (at - digits > 18) {
         magnitude = 0;
         for (const char* digit = digits; digit != at; ++digit) {
-            const auto value = static_cast<uint64_t>(*digit - '0');
-            magnitude = magnitude > (limit - value) / 10 ? limit : magnitude * 10 + value;
+            const auto next = static_cast<uint64_t>(*digit - '0');
+            magnitude = magnitude > (limit - next) / 10 ? limit : magnitude * 10 + next;
         }
     }
-    const auto used = static_cast<size_t>(at - begin);
-    return {negative ? static_cast<int64_t>(0 - magnitude) : static_cast<int64_t>(magnitude), used};
+    value = static_cast<int64_t>(negative ? 0 - magnitude : magnitude);
+    return at;
+}
+
+// Clamped to 32 bits. Nine digits always fit, and indices seldom have more.
+template <Ending ending> const char* takeNumber(const char* const start, const char* const end, int32_t& value)
+{
+    uint64_t magnitude = 0;
+    const char* const behind = takeDigits<ending>(start, end, magnitude);
+    if (behind != start && behind - start <= 9) {
+        value = static_cast<int32_t>(magnitude);
+        return behind;
+    }
+    int64_t wide = 0;
+    const char* const behindWide = takeNumber<ending>(start, end, wide);
+    value = static_cast<int32_t>(
+        std::clamp<int64_t>(wide, std::numeric_limits<int32_t>::min(), std::numeric_limits<int32_t>::max()));
+    return behindWide;
+}
+
+template <class Number> ParsedNumber<Number> parseNumber(std::string_view text)
+{
+    const char* const end = text.data() + text.size();
+    const char* const start = skipSpace(text.data(), end);
+    ParsedNumber<Number> number;
+    const char* const behind = takeNumber<Ending::Text>(start, end, number.value);
+    if (behind != start) number.length = static_cast<size_t>(behind - text.data());
+    return number;
+}
+
+} // namespace
+
+ParsedNumber<double> ParseDouble(std::string_view text)
+{
+    return parseNumber<double>(text);
+}
+
+ParsedNumber<int64_t> ParseInteger(std::string_view text)
+{
+    return parseNumber<int64_t>(text);
 }
 
 ParsedNumber<int32_t> ParseInteger32(std::string_view text)
 {
-    const ParsedNumber<int64_t> number = ParseInteger(text);
-    const int64_t clamped =
-        std::clamp<int64_t>(number.value, std::numeric_limits<int32_t>::min(), std::numeric_limits<int32_t>::max());
-    return {static_cast<int32_t>(clamped), number.length};
+    return parseNumber<int32_t>(text);
 }
-
-namespace {
-
-ParsedNumber<double> parse(std::string_view text, double)
-{
-    return ParseDouble(text);
-}
-ParsedNumber<int32_t> parse(std::string_view text, int32_t)
-{
-    return ParseInteger32(text);
-}
-
-} // namespace
 
 template <class Number> void NumberList<Number>::append(std::string_view piece)
 {
@@ -165,7 +256,7 @@ template <class Number> void NumberList<Number>::append(std::string_view piece)
     if (!pending.empty()) {
         const char* const behind = std::find_if(at, end, IsSpace);
         pending.append(at, behind);
-        if (!values.empty()) values.back() = parse(pending, Number{}).value;
+        if (!values.empty()) values.back() = parseNumber<Number>(pending).value;
         pending.clear();
         at = behind;
     }
@@ -174,17 +265,20 @@ template <class Number> void NumberList<Number>::append(std::string_view piece)
     const size_t before = values.size();
     values.resize(before + piece.size() / 2 + 1);
     Number* to = values.data() + before;
-    for (at = skipSpace(at, end); at != end; at = skipSpace(at, end)) {
-        const ParsedNumber<Number> number = parse({at, static_cast<size_t>(end - at)}, Number{});
-        *to++ = number.value;
-        const char* const behind = at + number.length;
-        const bool cutHere = behind == end || number.length == 0;
-        if (cutHere || (std::is_same_v<Number, double> && !IsSpace(*behind))) {
-            pending.assign(at, end);
-            break;
-        }
-        at = behind;
+    const char* lastWord = end;
+    while (lastWord != at && !IsSpace(lastWord[-1])) --lastWord;
+    bool cut = false;
+    for (at = skipSpace(at, end); at < lastWord && !cut; at = skipSpace(at, end)) {
+        const char* const behind = takeNumber<Ending::Word>(at, end, *to++);
+        cut = behind == at || (std::is_same_v<Number, double> && !IsSpace(*behind));
+        if (!cut) at = behind;
     }
+    while (at != end && !cut) {
+        const char* const behind = takeNumber<Ending::Text>(at, end, *to++);
+        cut = behind == at || behind == end || (std::is_same_v<Number, double> && !IsSpace(*behind));
+        if (!cut) at = behind;
+    }
+    if (cut) pending.assign(at, end);
     values.resize(static_cast<size_t>(to - values.data()));
 }
 

@@ -11,9 +11,6 @@
 namespace vdt {
 namespace {
 
-// A record costs some hundred bytes and its element a dozen: without a limit a small file could fill the memory.
-constexpr size_t kMostRecords = 65536;
-
 constexpr const char* kNoLabelOrProperLanguage = "Empty label or label without proper language attribute specified!";
 constexpr const char* kNoLabelOrLanguage = "Empty label or label without language attribute specified!";
 constexpr const char* kNoProperLanguage = "Description without proper language attribute specified!";
@@ -229,7 +226,8 @@ void VdtReader::endOpenElement()
 
     if (at({Element::Plant, Element::Materials, Element::Material})) return endMaterial();
     if (at({Element::Model, Element::Qualifiers, Element::Qualifier})) {
-        variant.qualifiers.push_back(std::exchange(qualifier, {}));
+        if (hasRoom(variant.qualifiers.size(), kMostQualifiers, "qualifiers of a variant"))
+            variant.qualifiers.push_back(std::exchange(qualifier, {}));
         return;
     }
     if (at({Element::Model, Element::Qualifiers})) return endQualifiers();
@@ -268,18 +266,19 @@ void VdtReader::endModel()
 {
     // Without a plant around it the file is the target of some extref, and tells who wrote this variant.
     if (stack.endsWith({Element::Verdanth, Element::Model})) variant.info = std::exchange(pendingInfo, {});
-    if (hasRoom(model->variants.size(), "variants")) model->variants.push_back(std::move(variant));
+    if (hasRoom(model->variants.size(), kMostRecords, "variants")) model->variants.push_back(std::move(variant));
     // Only now: the element of a variant that was flagged may never have ended.
     if (pendingDefault < model->variants.size()) model->defaultVariant = pendingDefault;
     variant = {};
 }
 
 // True if one more record may join `count` others of its kind.
-bool VdtReader::hasRoom(size_t count, const char* what)
+bool VdtReader::hasRoom(size_t count, size_t most, const char* what)
 {
-    if (count < kMostRecords) return true;
+    if (count < most) return true;
     if (!limitReported)
-        messageHandler->warning("Of " + std::string(what) + " a file may hold 65536 at most; others are left out.");
+        messageHandler->warning("Of " + std::string(what) + " a file may hold " + std::to_string(most) +
+                                " at most; others are left out.");
     limitReported = true;
     return false;
 }

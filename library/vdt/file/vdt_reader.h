@@ -21,6 +21,10 @@ class ElementAttributes;
 
 class VdtReader : public SimpleXml {
 public:
+    /// A record costs some hundred bytes and its element a dozen: without limits a small file could fill the memory.
+    static constexpr size_t kMostRecords = 65536;   // variants, materials, meshes: of each kind, in one file
+    static constexpr size_t kMostQualifiers = 1024; // of one variant; they are searched one by one
+
     /// Both belong to the caller and outlive the reader.
     VdtReader(Model& model, MessageHandler& handler);
 
@@ -71,7 +75,7 @@ private:
     void endQualifiers();
     void endModel();
     TextMode currentTextMode() const;
-    bool hasRoom(size_t count, const char* what);
+    bool hasRoom(size_t count, size_t most, const char* what);
 
     // vdt_reader_materials.cpp
     void startMaterialElement(const ElementAttributes& attributes);
@@ -112,6 +116,7 @@ private:
     ModelVariant variant;
     uint64_t pendingDefault = kNone; // position of the last variant flagged as default
     bool limitReported = false;
+    size_t meshCount = 0; // meshes and proxies of all variants
 
     MaterialData material;
     bool diffuseGivesAlpha = false;

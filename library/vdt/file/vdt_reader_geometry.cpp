@@ -360,8 +360,10 @@ void VdtReader::endMesh()
 {
     if (!mesh) return;
     mesh->ComputeNormals();
-    if (hasRoom(variant.meshes.size(), "meshes of a variant"))
+    if (hasRoom(meshCount, kMostRecords, "meshes")) {
         variant.meshes.emplace_back(meshGroup, meshQualifier, std::move(mesh));
+        ++meshCount;
+    }
     mesh.reset();
     meshGroup = 0;
     meshQualifier.clear();
@@ -371,8 +373,10 @@ void VdtReader::endProxy()
 {
     if (!mesh) return;
     mesh->ComputeNormals();
-    if (hasRoom(variant.proxies.size(), "proxies of a variant"))
+    if (hasRoom(meshCount, kMostRecords, "meshes")) {
         variant.proxies.push_back({meshQualifier, std::move(*mesh)});
+        ++meshCount;
+    }
     mesh.reset();
     meshGroup = 0;
     meshQualifier.clear();

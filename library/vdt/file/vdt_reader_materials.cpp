@@ -80,7 +80,7 @@ MaterialSide* VdtReader::sideToFill()
 void VdtReader::endMaterial()
 {
     if (diffuseGivesAlpha) material.alphaTexture = material.front.diffuseTexture;
-    if (hasRoom(model->materials.size(), "materials")) model->materials.push_back(std::move(material));
+    if (hasRoom(model->materials.size(), kMostRecords, "materials")) model->materials.push_back(std::move(material));
     material = {};
     diffuseGivesAlpha = false;
 }

@@ -4,27 +4,6 @@
 
 namespace vdt {
 
-bool LinkVertex(Skeleton& skeleton, SkeletonVertex& vertex)
-{
-    SkeletonPoint& point = skeleton.points[vertex.point];
-    if (vertex.ring || point.firstVertex == &vertex) return false;
-    if (!point.firstVertex) {
-        point.firstVertex = &vertex;
-        point.lastVertex = &vertex;
-        return true;
-    }
-
-    vertex.ring = point.firstVertex;
-    point.lastVertex->ring = &vertex;
-
-    // A branch's first vertex has no incoming direction, so it makes a poor entry.
-    if (vertex.prev)
-        point.firstVertex = &vertex;
-    else
-        point.lastVertex = &vertex;
-    return true;
-}
-
 void UnlinkVertex(Skeleton& skeleton, SkeletonVertex& vertex)
 {
     SkeletonPoint& point = skeleton.points[vertex.point];

@@ -72,7 +72,26 @@ private:
 
 /// Enters `vertex` into the ring of its point, which must not hold it yet. False, with nothing changed, if it is
 /// linked somewhere already. The point's entry moves to `vertex` unless that is the first of its branch.
-bool LinkVertex(Skeleton& skeleton, SkeletonVertex& vertex);
+inline bool LinkVertex(Skeleton& skeleton, SkeletonVertex& vertex)
+{
+    SkeletonPoint& point = skeleton.points[vertex.point];
+    if (vertex.ring || point.firstVertex == &vertex) return false;
+    if (!point.firstVertex) {
+        point.firstVertex = &vertex;
+        point.lastVertex = &vertex;
+        return true;
+    }
+
+    vertex.ring = point.firstVertex;
+    point.lastVertex->ring = &vertex;
+
+    // A branch's first vertex has no incoming direction, so it makes a poor entry.
+    if (vertex.prev)
+        point.firstVertex = &vertex;
+    else
+        point.lastVertex = &vertex;
+    return true;
+}
 
 /// Takes `vertex` out of the ring of its point. If it was the point's entry, its successor becomes the entry.
 void UnlinkVertex(Skeleton& skeleton, SkeletonVertex& vertex);

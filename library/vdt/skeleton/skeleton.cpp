@@ -32,10 +32,8 @@ Skeleton& Skeleton::operator=(Skeleton&& other) noexcept
 
 void Skeleton::Clear()
 {
-    connectors.clear();
-    points.clear();
-    branches.clear();
-    pool.clear();
+    Skeleton empty;
+    Swap(empty);
 }
 
 void Skeleton::reserveVertices(uint64_t count)

@@ -19,21 +19,19 @@ namespace vdt {
 
 struct SkeletonPoint {
     SkeletonVertex* firstVertex = nullptr; // entry into the ring of vertices
+    SkeletonVertex* lastVertex = nullptr;  // the member whose link leads back to firstVertex
     uint64_t firstConnector = kNone;       // entry into the ring of connectors
+    uint64_t lastConnector = kNone;        // the member whose link leads back to firstConnector
     Vector3 position{};                    // model units
     Vector3 restPosition{};                // a second copy that travels along; generation never reads it
     float weight = 0;                      // 1 at the crown's centre to 0 outside; see ComputeWeights
-
-    SkeletonVertex* lastVertex = nullptr; // the member whose ring link leads back to firstVertex
-    uint64_t lastConnector = kNone;       // the same for connectors
 };
 
 struct SkeletonBranch {
     SkeletonVertex* firstVertex = nullptr; // the root end
-    int32_t matid = 0;
-
-    SkeletonVertex* lastVertex = nullptr; // the tip
+    SkeletonVertex* lastVertex = nullptr;  // the tip
     uint64_t vertexCount = 0;
+    int32_t matid = 0;
 };
 
 struct ConnectorAttributes {
@@ -68,6 +66,7 @@ public:
     Skeleton& operator=(Skeleton&& other) noexcept;
     virtual ~Skeleton() = default;
 
+    /// Takes everything out and gives its memory back.
     void Clear();
     /// New points stand at 0 without vertex or connector. Points that go take along what is on them.
     void ResizePoints(uint64_t count);

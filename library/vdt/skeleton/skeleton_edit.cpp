@@ -151,10 +151,7 @@ uint64_t Skeleton::InsertVertex(uint64_t branchIndex, uint64_t point, const Vert
     if (branchIndex >= branches.size() || point >= points.size()) return kNone;
 
     SkeletonBranch& branch = branches[branchIndex];
-    SkeletonVertex& vertex = *pool.allocate();
-    vertex.branch = branchIndex;
-    vertex.point = point;
-    vertex.attributes = attributes;
+    SkeletonVertex& vertex = *pool.allocate({.branch = branchIndex, .point = point, .attributes = attributes});
     if (place >= branch.vertexCount) {
         place = branch.vertexCount;
         appendToBranch(branch, vertex);

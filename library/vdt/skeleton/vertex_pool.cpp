@@ -19,17 +19,6 @@ bool holds(const std::vector<SkeletonVertex>& block, const SkeletonVertex* verte
 
 } // namespace
 
-SkeletonVertex* VertexPool::allocate()
-{
-    if (freeList) {
-        SkeletonVertex* vertex = std::exchange(freeList, freeList->next);
-        vertex->next = nullptr;
-        return vertex;
-    }
-    reserve(1);
-    return &blocks.back().emplace_back();
-}
-
 void VertexPool::release(SkeletonVertex* vertex)
 {
     *vertex = {};
@@ -46,12 +35,6 @@ void VertexPool::reserve(uint64_t count)
     blocks.push_back(std::move(block));
 }
 
-void VertexPool::clear()
-{
-    blocks.clear();
-    freeList = nullptr;
-}
-
 void VertexPool::swap(VertexPool& other) noexcept
 {
     blocks.swap(other.blocks);
@@ -61,7 +44,8 @@ void VertexPool::swap(VertexPool& other) noexcept
 void VertexPool::assign(const VertexPool& other)
 {
     VDT_ASSERT(this != &other);
-    clear();
+    blocks.clear();
+    freeList = nullptr;
     if (other.blocks.empty()) return;
 
     Block& copies = blocks.emplace_back();
@@ -78,6 +62,13 @@ void VertexPool::assign(const VertexPool& other)
 SkeletonVertex* VertexPool::copyOf(const SkeletonVertex* vertex, const VertexPool& original)
 {
     return vertex ? blocks.front().data() + original.slotOf(vertex) : nullptr;
+}
+
+SkeletonVertex* VertexPool::reuse(const SkeletonVertex& values)
+{
+    SkeletonVertex* const vertex = std::exchange(freeList, freeList->next);
+    *vertex = values;
+    return vertex;
 }
 
 uint64_t VertexPool::slotCount() const

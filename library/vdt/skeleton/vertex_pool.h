@@ -39,13 +39,17 @@ public:
     VertexPool& operator=(const VertexPool&) = delete;
     ~VertexPool() = default;
 
-    /// A vertex with default values.
-    SkeletonVertex* allocate();
+    /// A vertex with the given values.
+    SkeletonVertex* allocate(const SkeletonVertex& values)
+    {
+        if (freeList) return reuse(values);
+        if (blocks.empty() || blocks.back().size() == blocks.back().capacity()) reserve(1);
+        return &blocks.back().emplace_back(values);
+    }
     /// Takes back a vertex that came from this pool and is no longer linked anywhere.
     void release(SkeletonVertex* vertex);
     /// Makes sure that the next `count` vertices need no more than one block.
     void reserve(uint64_t count);
-    void clear();
     void swap(VertexPool& other) noexcept;
 
     /// Becomes a copy of `other`, slot by slot, whose vertices link to each other as the originals do.
@@ -56,6 +60,7 @@ public:
 private:
     using Block = std::vector<SkeletonVertex>; // never grows beyond its first capacity, so that addresses stay valid
 
+    SkeletonVertex* reuse(const SkeletonVertex& values);
     uint64_t slotCount() const;
     uint64_t slotOf(const SkeletonVertex* vertex) const;
 

@@ -1,5 +1,6 @@
 #include "vdt/skeleton/walker.h"
 
+#include "vdt/memory/prefetch.h"
 #include "vdt/skeleton/ring.h"
 
 #include <algorithm>
@@ -88,21 +89,24 @@ bool SkeletonWalker::stepVertexByVertex()
         if (current.branch >= source->branches.size()) return false;
 
         // Side branches first, each from its vertex on this point.
-        if (current.ring && current.prev) {
-            while (top.cursor && top.cursor != &current && isDeadSide(*top.cursor)) {
-                top.cursor = top.cursor->ring;
-                if (!countDetour()) return false;
-            }
-            if (top.cursor && top.cursor != &current) {
-                const SkeletonVertex& side = *top.cursor;
-                stack.push_back({&side, nullptr});
-                return beginsThinRun(side);
-            }
+        while (top.cursor && top.cursor != &current && isDeadSide(*top.cursor)) {
+            top.cursor = top.cursor->ring;
+            if (!countDetour()) return false;
+        }
+        if (top.cursor && top.cursor != &current) {
+            const SkeletonVertex& side = *top.cursor;
+            stack.push_back({&side, nullptr});
+            return beginsThinRun(side);
         }
 
         if (current.next) {
-            top = {current.next, current.next->ring};
-            return goesOnThin(current, *current.next);
+            const SkeletonVertex& next = *current.next;
+            top = {&next, next.ring};
+
+            // Side branches lie anywhere in memory, so what the next steps look at is brought near.
+            if (next.next && next.next->ring) Prefetch(*next.next->ring);
+            if (next.ring && next.ring->next) Prefetch(source->points[next.ring->next->point]);
+            return goesOnThin(current, next);
         }
 
         stack.pop_back();

@@ -1,0 +1,89 @@
+// A built plant as plain records, ready for any writer: meshes, the places where they stand, and materials.
+//
+// Everything is in metres, right-handed, Y up; v of texture coordinates runs up. Foliage is kept as one mesh a record
+// and one placement a connector, so a scene takes little more memory than the trunk, however many leaves there are.
+#pragma once
+
+#include "vdt/math/matrix.h"
+#include "vdt/math/quaternion.h"
+#include "vdt/memory/array.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace verdanth {
+
+struct Float3 {
+    float x, y, z;
+
+    friend bool operator==(const Float3&, const Float3&) = default;
+};
+
+/// A point as one of its polygons sees it: polygons that agree about its texture coordinate share it.
+struct SceneVertex {
+    uint32_t point;
+    vdt::Vector2f coordinate;
+};
+
+/// All values are finite, all normals of unit length; polygons have three corners or more, no two neighbours the same.
+struct SceneMesh {
+    std::string name;
+    vdt::Array<Float3> points;
+    vdt::Array<Float3> normals; // one a point
+    vdt::Array<SceneVertex> vertices;
+    vdt::Array<uint32_t> corners; // indices into vertices
+    vdt::Array<uint32_t> polygonEnds;
+    vdt::Array<uint32_t> polygonMaterials; // indices into Scene::materials
+
+    uint32_t polygonStart(size_t polygon) const { return polygon ? polygonEnds[polygon - 1] : 0; }
+};
+
+/// Where a copy of a mesh stands: scaled, then turned, then moved. A negative scale mirrors.
+struct Placement {
+    vdt::Vector3 translation{0, 0, 0};
+    vdt::Quaternion rotation; // of unit length
+    double scale = 1;
+
+    /// For row vectors, as all of the library's matrices.
+    vdt::Matrix matrix() const;
+};
+
+/// One mesh and all its copies. The plant's own body stands once, at the origin.
+struct SceneObject {
+    SceneMesh mesh;
+    std::vector<Placement> placements;
+};
+
+/// Texture paths name files that can be read, or are empty.
+struct SceneMaterial {
+    int32_t matid = 0;
+    std::string name;   // never empty
+    vdt::Color3f color; // sRGB
+    std::string colorTexture;
+    std::string alphaTexture; // may be the colour texture, for its alpha channel
+    std::string normalTexture;
+    std::string bumpTexture;
+    float bumpStrength = 0;
+    vdt::Color3f specularColor; // sRGB
+    std::string specularTexture;
+    float roughness = 1; // 0 for a mirror to 1 for matt
+    bool twoSided = false;
+
+    /// All its texture paths, empty ones included.
+    std::vector<std::string> textures() const
+    {
+        return {colorTexture, alphaTexture, normalTexture, bumpTexture, specularTexture};
+    }
+};
+
+struct Scene {
+    std::string name; // of the plant
+    std::string variant;
+    std::string season;
+    SceneObject body;                     // trunk and branches; without polygons if there are none
+    std::vector<SceneObject> foliage;     // each with polygons and placements
+    std::vector<SceneMaterial> materials; // those in use
+};
+
+} // namespace verdanth

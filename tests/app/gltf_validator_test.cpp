@@ -1,0 +1,59 @@
+// The exports before the judge of the format itself. Skipped where that cannot be had.
+#include "app/test_plant.h"
+#include "export/picture.h"
+
+#include <cstdlib>
+#include <sys/wait.h>
+
+namespace verdanth::test {
+namespace {
+
+constexpr int kNotAvailable = 77;
+
+TEST(GltfValidator, FindsNoErrorInAnyFormOfExport)
+{
+    const TestFolder folder;
+    const std::vector<uint8_t> png = EncodePng({
+        2, 2, {9, 9, 9, 0, 9, 9, 9, 255, 9, 9, 9, 255, 9, 9, 9, 255}
+    });
+    folder.write("in/leaf.png", {png.begin(), png.end()});
+    folder.write("in/mask.png", {png.begin(), png.end()});
+    PlantText plant;
+    plant.materials =
+        R"(<material matid="1" name="bark"><diffuse texture="leaf.png"/><normal texture="leaf.png"/></material>
+      <material matid="2" name="leaf"><diffuse texture="leaf.png"/><alpha texture="mask.png"/></material>)";
+    std::vector<std::string> sources = {folder.write("in/tree.vdt", plant.text())};
+    plant.connectors = "";
+    sources.push_back(folder.write("in/bare.vdt", plant.text()));
+    plant = PlantText();
+    plant.polylines = plant.polylineAttributes = "";
+    sources.push_back(folder.write("in/leaves.vdt", plant.text()));
+#ifdef VERDANTH_PLANT_LIBRARY
+    for (const auto& entry : std::filesystem::directory_iterator(VERDANTH_PLANT_LIBRARY)) {
+        const auto file = entry.path() / (entry.path().filename().string() + ".vdt.gz");
+        if (std::filesystem::exists(file)) sources.push_back(file.string());
+    }
+#endif
+
+    std::string files;
+    int number = 0;
+    for (const std::string& source : sources) {
+        for (const char* form : {"merge", "nodes"}) {
+            for (const char* suffix : {".glb", ".gltf"}) {
+                const std::string out = folder.path("out" + std::to_string(number++) + suffix);
+                ASSERT_EQ(RunApp({"export", source, "-o", out, "--instances", form, "--variant", "0"}).status, 0)
+                    << source;
+                files += " '" + out + "'";
+            }
+        }
+        if (number >= 24) break; // some plants are enough
+    }
+    const std::string tools = std::filesystem::path(VERDANTH_PROGRAM).parent_path().string() + "/gltf_validator";
+    const int status = std::system((VERDANTH_TEST_DATA "/app/validate_gltf.sh '" + tools + "'" + files).c_str());
+    ASSERT_TRUE(WIFEXITED(status));
+    if (WEXITSTATUS(status) == kNotAvailable) GTEST_SKIP() << "there is no glTF validator here";
+    EXPECT_EQ(WEXITSTATUS(status), 0);
+}
+
+} // namespace
+} // namespace verdanth::test

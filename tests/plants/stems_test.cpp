@@ -1,0 +1,269 @@
+// How wood grows: lengths, crowns, scaffolds and thickness.
+#include "grower/plant_library.h"
+#include "grower/stems.h"
+
+#include <gtest/gtest.h>
+
+namespace grower {
+namespace {
+
+using vdt::Vector3;
+
+AgeRecipe smallTree(uint64_t seed)
+{
+    AgeRecipe age{.name = "adult", .seed = seed, .height = 500, .trunkRadius = 8, .tipRadius = 0.1};
+    age.crown = {
+        {0.2, 0.1 },
+        {0.5, 0.3 },
+        {0.8, 0.2 },
+        {1,   0.03}
+    };
+    age.trunk = {.segment = 20, .wander = 2};
+    age.stems = {
+        {.spacing = 15, .length = {1, 0}, .angle = {60, 10}, .segment = 12, .wander = 1},
+        {.spacing = 12,  .length = {0.4, 0.1},                  .segment = 8                      }
+    };
+    return age;
+}
+
+AgeRecipe smallScaffold(uint64_t seed)
+{
+    AgeRecipe age = smallTree(seed);
+    age.scaffold = ScaffoldRecipe{.buds = 400,
+                                  .reach = 140,
+                                  .nearEnough = 32,
+                                  .step = 15,
+                                  .hollow = 0,
+                                  .twigWood = 100,
+                                  .material = 1,
+                                  .thinMaterial = 2};
+    age.stems = {
+        {.spacing = 20, .firstAt = 0, .lastAt = 1, .length = {25, 8}, .segment = 8}
+    };
+    return age;
+}
+
+double topOf(const Stems& stems)
+{
+    double top = 0;
+    for (const Stem& stem : stems)
+        for (const StemVertex& vertex : stem.vertices) top = std::max(top, vertex.position.y);
+    return top;
+}
+
+bool isEqual(const Stems& a, const Stems& b)
+{
+    if (a.size() != b.size()) return false;
+    for (size_t i = 0; i < a.size(); ++i) {
+        if (a[i].vertices.size() != b[i].vertices.size()) return false;
+        for (size_t v = 0; v < a[i].vertices.size(); ++v)
+            if (!(a[i].vertices[v].position == b[i].vertices[v].position)) return false;
+    }
+    return true;
+}
+
+TEST(Stems, HangTogetherAndReachTheHeightExactly)
+{
+    for (uint64_t seed = 1; seed <= 12; ++seed) {
+        for (const AgeRecipe& age : {smallTree(seed), smallScaffold(seed)}) {
+            SCOPED_TRACE(seed);
+            const Stems stems = GrowStems(age);
+            ASSERT_GT(stems.size(), 30u);
+            EXPECT_NEAR(topOf(stems), age.height, 1e-9);
+            EXPECT_EQ(stems[0].parent, vdt::kNone);
+            for (size_t i = 1; i < stems.size(); ++i) {
+                ASSERT_LT(stems[i].parent, i) << "parents come first";
+                const Stem& parent = stems[stems[i].parent];
+                ASSERT_LT(stems[i].parentVertex, parent.vertices.size());
+                EXPECT_EQ(stems[i].vertices[0].position, parent.vertices[stems[i].parentVertex].position);
+                EXPECT_GT(stems[i].parentVertex, 0u);
+                const bool isFree = stems[i].parentVertex < parent.vertices.size() - 1;
+                EXPECT_TRUE(stems[i].layer == 0 || isFree) << "nothing begins on a tip";
+            }
+        }
+    }
+}
+
+TEST(Stems, AreTheSameForASeedAndOthersForAnother)
+{
+    for (const auto make : {smallTree, smallScaffold}) {
+        const Stems stems = GrowStems(make(5));
+        EXPECT_TRUE(isEqual(stems, GrowStems(make(5))));
+        EXPECT_FALSE(isEqual(stems, GrowStems(make(6))));
+    }
+}
+
+TEST(Stems, FillTheCrownAndHardlyLeaveIt)
+{
+    for (uint64_t seed = 1; seed <= 6; ++seed) {
+        for (const AgeRecipe& age : {smallTree(seed), smallScaffold(seed)}) {
+            const Stems stems = GrowStems(age);
+            int inside = 0;
+            int outside = 0;
+            double widest = 0;
+            for (const Stem& stem : stems) {
+                for (const StemVertex& vertex : stem.vertices) {
+                    if (vertex.position.y < 0.25 * age.height || vertex.position.y > 0.9 * age.height) continue;
+                    const double out = std::hypot(vertex.position.x, vertex.position.z);
+                    const double edge = age.height * ProfileValue(age.crown, vertex.position.y / age.height);
+                    ++(out <= 1.2 * edge ? inside : outside);
+                    widest = std::max(widest, out);
+                }
+            }
+            EXPECT_LT(outside, 0.1 * inside) << "seed " << seed << (age.scaffold ? ", scaffold" : ", trunk");
+            EXPECT_GT(widest, 0.75 * 0.3 * age.height);
+        }
+    }
+}
+
+TEST(Stems, PullsBendThemToTheSkyOrTheGround)
+{
+    const auto meanTipTilt = [](double pull) {
+        AgeRecipe age = smallTree(3);
+        age.stems.pop_back();
+        age.stems[0].pull = age.stems[0].pullAtTip = pull;
+        double tilt = 0;
+        const Stems stems = GrowStems(age);
+        for (size_t i = 1; i < stems.size(); ++i) tilt += StemDirection(stems[i], stems[i].vertices.size() - 1).y;
+        return tilt / static_cast<double>(stems.size() - 1);
+    };
+    EXPECT_LT(meanTipTilt(-0.5), -0.5);
+    EXPECT_GT(meanTipTilt(0.5), 0.9);
+    EXPECT_LT(std::fabs(meanTipTilt(0)), 0.7);
+}
+
+TEST(Scaffold, ServesTheBudsAndEndsWhereNoneIsInReach)
+{
+    // Wood comes near to almost every place of the crown.
+    const AgeRecipe age = smallScaffold(4);
+    Random growth(age.seed);
+    std::vector<uint64_t> thinFrom;
+    const Stems stems = GrowScaffold(age, growth, thinFrom);
+    Random random(9);
+    int near = 0;
+    int places = 0;
+    while (places < 300) {
+        const Vector3 place{random.between(-150, 150), random.between(100, 500), random.between(-150, 150)};
+        if (std::hypot(place.x, place.z) > 0.9 * age.height * ProfileValue(age.crown, place.y / age.height)) continue;
+        ++places;
+        double nearest = 1e9;
+        for (const Stem& stem : stems)
+            for (const StemVertex& vertex : stem.vertices)
+                nearest = std::min(nearest, vdt::Length(vertex.position - place));
+        near += nearest < 2 * age.scaffold->nearEnough;
+    }
+    EXPECT_GT(near, 285);
+
+    // Twig wood is where little wood follows, and its stems have its material.
+    ASSERT_EQ(thinFrom.size(), stems.size());
+    EXPECT_GT(thinFrom[0], stems[0].vertices.size() / 2);
+    for (size_t i = 0; i < stems.size(); ++i) EXPECT_EQ(stems[i].material, thinFrom[i] == 1 ? 2 : 1) << i;
+
+    // Buds that pull both ways, and buds out of reach, end the growth as well.
+    AgeRecipe sparse = age;
+    sparse.scaffold->buds = 2;
+    sparse.scaffold->reach = 40;
+    EXPECT_LT(GrowScaffold(sparse, growth, thinFrom).size(), 60u);
+}
+
+TEST(Thickness, FollowsWhatAStemCarries)
+{
+    for (uint64_t seed = 1; seed <= 8; ++seed) {
+        for (AgeRecipe age : {smallTree(seed), smallScaffold(seed)}) {
+            SCOPED_TRACE(seed);
+            age.flare = seed % 2 ? 0.5 : 0;
+            age.flareHeight = 30;
+            Stems stems = GrowStems(age);
+            ThickenStems(age, stems);
+            EXPECT_NEAR(stems[0].vertices[0].radius, age.trunkRadius * (1 + age.flare), 1e-9);
+            double thinnest = 1e9;
+            for (const Stem& stem : stems) {
+                for (size_t v = 1; v < stem.vertices.size(); ++v)
+                    EXPECT_LE(stem.vertices[v].radius, stem.vertices[v - 1].radius);
+                thinnest = std::min(thinnest, stem.vertices.back().radius);
+                if (stem.parent == vdt::kNone) continue;
+                const StemVertex& borne = stems[stem.parent].vertices[stem.parentVertex];
+                EXPECT_LT(stem.vertices[0].radius, borne.radius);
+            }
+            EXPECT_NEAR(thinnest, age.tipRadius, 0.02 * age.tipRadius);
+        }
+    }
+}
+
+TEST(Thickness, ATrunkWithoutBranchesStillTapersToItsTip)
+{
+    AgeRecipe age = smallTree(1);
+    age.stems.clear();
+    Stems stems = GrowStems(age);
+    ThickenStems(age, stems);
+    ASSERT_EQ(stems.size(), 1u);
+    EXPECT_NEAR(stems[0].vertices.front().radius, 8, 1e-9);
+    EXPECT_LT(stems[0].vertices.back().radius, 1);
+    ThickenStems(age, stems = {}); // no wood, nothing to do
+}
+
+// A way to spoil a good recipe, and what is said of it.
+struct Spoiled {
+    const char* fault;
+    void (*spoil)(SpeciesRecipe&);
+};
+
+TEST(Recipe, TheDefaultOnesAreSound)
+{
+    for (const SpeciesRecipe& recipe : DefaultSpecies())
+        EXPECT_EQ(RecipeFaults(recipe), std::vector<std::string>{}) << recipe.name;
+}
+
+TEST(Recipe, EveryFaultIsTold)
+{
+    const Spoiled rows[] = {
+        {"no label in ja",                                       [](SpeciesRecipe& r) { r.labels.erase("ja"); }                 },
+        {"no description in fr",                                 [](SpeciesRecipe& r) { r.descriptions["fr"].clear(); }         },
+        {"the botanical name has no species",                    [](SpeciesRecipe& r) { r.name = "Quercus"; }                   },
+        {"no wood colour without a season",                      [](SpeciesRecipe& r) { r.wood.erase(""); }                     },
+        {"no foliage colour for winter",                         [](SpeciesRecipe& r) { r.foliage.erase("winter"); }            },
+        {"two textures trunk.png",                               [](SpeciesRecipe& r) { r.textures.push_back(r.textures[0]); }  },
+        {"nothing draws twig.png",                               [](SpeciesRecipe& r) { r.textures[2].draw = nullptr; }         },
+        {"two materials 0",                                      [](SpeciesRecipe& r) { r.materials.push_back(r.materials[0]); }},
+        {"material trunk has no texture \"moon.png\"",
+         [](SpeciesRecipe& r) { r.materials[0].front.texture = "moon.png"; }                                                    },
+        {"material trunk has no texture \"moon.png\"",
+         [](SpeciesRecipe& r) { r.materials[0].front.normal = "moon.png"; }                                                     },
+        {"fresh tuft has the season \"monsoon\"",                [](SpeciesRecipe& r) { r.organs[0].season = "monsoon"; }       },
+        {"nothing builds fresh tuft",                            [](SpeciesRecipe& r) { r.organs[0].build = nullptr; }          },
+        {"fresh tuft has no polygons",                           [](SpeciesRecipe& r) { r.organs[0].build = [](vdt::Mesh&) {}; }},
+        {"fresh tuft has a material that is not there",
+         [](SpeciesRecipe& r) {
+             std::erase_if(r.materials, [](const MaterialRecipe& m) { return m.name == "leaf in spring"; });
+         }                                                                                                                      },
+        {"no ages",                                              [](SpeciesRecipe& r) { r.ages.clear(); }                       },
+        {"medium is not the taller age",                         [](SpeciesRecipe& r) { r.ages[0].height = r.ages[1].height; }  },
+        {"no age is called \"old\"",                             [](SpeciesRecipe& r) { r.ages[0].name = "old"; }               },
+        {"young has no trunk",                                   [](SpeciesRecipe& r) { r.ages[0].tipRadius = 0; }              },
+        {"young's crown does not rise",                          [](SpeciesRecipe& r) { r.ages[0].crown[1].at = 0; }            },
+        {"young has stems without spacing or segment",           [](SpeciesRecipe& r) { r.ages[0].stems[0].spacing = 0; }       },
+        {"young has stems outside of their parents",             [](SpeciesRecipe& r) { r.ages[0].stems[0].lastAt = 1.1; }      },
+        {"young has stems of a material that is not there",      [](SpeciesRecipe& r) { r.ages[0].trunk.material = 77; }        },
+        {"young's scaffold does not grow",                       [](SpeciesRecipe& r) { r.ages[0].scaffold->step = 0; }         },
+        {"young's scaffold never reaches its buds",              [](SpeciesRecipe& r) { r.ages[0].scaffold->nearEnough = 1; }   },
+        {"young has a scaffold of a material that is not there",
+         [](SpeciesRecipe& r) { r.ages[0].scaffold->thinMaterial = 77; }                                                        },
+        {"young has foliage on no stems",                        [](SpeciesRecipe& r) { r.ages[0].foliage[0].fromLayer = 9; }   },
+        {"young has foliage without groups",                     [](SpeciesRecipe& r) { r.ages[0].foliage[0].groups.clear(); }  },
+        {"young has foliage of group 77",                        [](SpeciesRecipe& r) { r.ages[0].foliage[0].groups = {77}; }   },
+        {"the proxy has materials that are not there",           [](SpeciesRecipe& r) { r.proxyBark = 77; }                     },
+    };
+    const auto& species = DefaultSpecies();
+    const auto oak =
+        std::find_if(species.begin(), species.end(), [](const auto& r) { return r.name == "Quercus robur"; });
+    ASSERT_NE(oak, species.end());
+    for (const Spoiled& row : rows) {
+        SpeciesRecipe recipe = *oak;
+        row.spoil(recipe);
+        const std::vector<std::string> faults = RecipeFaults(recipe);
+        EXPECT_NE(std::find(faults.begin(), faults.end(), row.fault), faults.end()) << row.fault;
+    }
+}
+
+} // namespace
+} // namespace grower
