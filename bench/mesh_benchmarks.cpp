@@ -1,4 +1,5 @@
 // Meshes: each stage beside what the machine allows, copying the bytes of its result, or beside a peer.
+#include "../tests/support/literal_topology.h"
 #include "ratio.h"
 #include "synthetic_plant.h"
 #include "vdt/generate/control_mesh.h"
@@ -13,7 +14,6 @@
 #endif
 
 #include <cstring>
-#include <map>
 #include <memory>
 
 namespace vdt::bench {
@@ -156,43 +156,6 @@ void controlMeshWarm(benchmark::State& state)
     CompareTimes(state, ours, copied, [] {});
 }
 
-// The edges by an ordered map, the links as two lists a point.
-struct MappedTopology {
-    struct Links {
-        std::vector<int32_t> polygons, edges;
-    };
-    std::vector<Links> pointLinks;
-    std::vector<int32_t> cornerEdges;
-    std::vector<MeshEdge> edges;
-};
-
-std::unique_ptr<MappedTopology> mapTopology(const Mesh& mesh)
-{
-    auto topology = std::make_unique<MappedTopology>();
-    topology->pointLinks.resize(mesh.positions.size());
-    topology->cornerEdges.resize(mesh.polygonVertices.size());
-    std::map<std::pair<int32_t, int32_t>, int32_t> known;
-    for (uint64_t polygon = 0; polygon < mesh.polygonEnds.size(); ++polygon) {
-        const std::span<const uint64_t> corners = mesh.corners(polygon);
-        const auto face = static_cast<int32_t>(polygon);
-        for (size_t corner = 0; corner < corners.size(); ++corner) {
-            const uint64_t a = corners[corner], b = corners[(corner + 1) % corners.size()];
-            const std::pair ends(static_cast<int32_t>(std::min(a, b)), static_cast<int32_t>(std::max(a, b)));
-            const auto [entry, isNew] = known.emplace(ends, static_cast<int32_t>(topology->edges.size()));
-            if (isNew) {
-                topology->edges.push_back({ends.first, ends.second, face, -1});
-                topology->pointLinks[a].edges.push_back(entry->second);
-                topology->pointLinks[b].edges.push_back(entry->second);
-            } else {
-                topology->edges[static_cast<size_t>(entry->second)].rightFace = face;
-            }
-            topology->cornerEdges[mesh.polygonStart(polygon) + corner] = entry->second;
-        }
-        for (const uint64_t corner : corners) topology->pointLinks[corner].polygons.push_back(face);
-    }
-    return topology;
-}
-
 void topologyBesideMap(benchmark::State& state)
 {
     const Mesh& mesh = largeTubes().mesh;
@@ -207,8 +170,9 @@ void topologyBesideMap(benchmark::State& state)
         return bare.edges.data();
     };
     CompareTimes(
-        state, build, [&] { return mapTopology(mesh); }, ForgetFreeMemory);
-    if (!std::ranges::equal(bare.edges, mapTopology(mesh)->edges)) state.SkipWithError("the edge lists differ");
+        state, build, [&] { return std::make_unique<test::LiteralTopology>(mesh); }, ForgetFreeMemory);
+    if (!std::ranges::equal(bare.edges, test::LiteralTopology(mesh).edges))
+        state.SkipWithError("the edge lists differ");
 }
 
 // Twenty thousand and forty thousand triangles around one point: twice the work, twice the time.
