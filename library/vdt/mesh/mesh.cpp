@@ -7,8 +7,9 @@
 namespace vdt {
 namespace {
 
-// The polygon's normal by Newell's method, at unit length; x where the polygon has no area to tell one by.
-Vector3 polygonNormal(const Vector3* positions, std::span<const uint64_t> corners)
+// The polygon's normal by Newell's method, at unit length; x where the polygon has no area to tell one by. With an
+// extent that is known beforehand the loop unrolls.
+template <size_t extent> Vector3 polygonNormal(const Vector3* positions, std::span<const uint64_t, extent> corners)
 {
     Vector3 normal{0, 0, 0};
     const Vector3* c = &positions[corners.front()];
@@ -290,7 +291,8 @@ bool Mesh::ComputeNormals()
         const std::span<const uint64_t> polygon(polygonVertices.data() + start, end - start);
         start = end;
         if (polygon.empty()) continue;
-        const Vector3 normal = polygonNormal(positions.data(), polygon);
+        const Vector3 normal = polygon.size() == 4 ? polygonNormal(positions.data(), polygon.first<4>())
+                                                   : polygonNormal(positions.data(), polygon);
         for (const uint64_t corner : polygon) normals[corner] += normal;
     }
     for (Vector3& normal : normals)
