@@ -45,7 +45,8 @@ inline Skeleton RandomTree(uint32_t seed)
     const uint32_t branchCount = 1 + random() % 8;
     for (uint32_t branch = 0; branch < branchCount; ++branch) {
         const uint64_t pointCount = skeleton.points.size();
-        std::vector<uint64_t> points = {branch == 0 ? skeleton.AddPoint(Vector3{0, 0, 0}) : 1 + random() % (pointCount - 1)};
+        std::vector<uint64_t> points = {branch == 0 ? skeleton.AddPoint(Vector3{0, 0, 0})
+                                                    : 1 + random() % (pointCount - 1)};
         Vector3 position = skeleton.points[points[0]].position;
         for (uint32_t vertex = random() % 5 + 1; vertex > 0; --vertex) {
             // Straight on, by a right angle, back the same way, not at all, or anywhere.
