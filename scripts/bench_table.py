@@ -1,9 +1,9 @@
 #!/usr/bin/env python3
 """Turns the benchmarks' JSON into the table of bench/baseline.md.
 
-A benchmark names what it is measured against in its label, as in "vs=inflate_bare" (several are separated by spaces;
-other words of the label are its size, such as "36 MB"). Its counter `items` (or items_per_second) gives the time of
-one item. The ratio is its median CPU time by that of the benchmark named: below 1 is faster.
+A benchmark tells what it is measured against in one of two ways. Its label names other benchmarks, as in
+"vs=inflate_zlib" (several are separated by spaces): the ratio is that of the two medians. Or it runs its reference
+itself, in turns with its own work, and gives the counter `ratio`. Below 1 is faster than the reference.
 """
 
 import json
@@ -13,34 +13,48 @@ import subprocess
 import sys
 
 
+def milliseconds(run):
+    """Processor time of one round: the benchmark's own clock if it has one."""
+    if "ms" in run:
+        return run["ms"]
+    own_clock = "/manual_time" in run["run_name"]
+    return run["real_time" if own_clock else "cpu_time"] * {"ns": 1e-6, "us": 1e-3, "ms": 1.0, "s": 1e3}[run["time_unit"]]
+
+
 def medians(benchmarks):
-    """One record a benchmark, in order of first appearance, with the median over its repetitions."""
+    """One record a benchmark, in order of first appearance, with the medians over its repetitions."""
     runs = {}
     for run in benchmarks:
         if run.get("run_type", "iteration") == "iteration" and not run.get("error_occurred"):
-            runs.setdefault(run["run_name"], []).append(run)
-    to_ms = {"ns": 1e-6, "us": 1e-3, "ms": 1.0, "s": 1e3}
+            runs.setdefault(re.sub(r"/(manual_time|iterations:\d+|repeats:\d+)", "", run["run_name"]), []).append(run)
     table = {}
     for name, repetitions in runs.items():
-        first = repetitions[0]
-        ms = statistics.median(r["cpu_time"] * to_ms[r["time_unit"]] for r in repetitions)
-        rates = [r["items_per_second"] for r in repetitions if r.get("items_per_second")]
-        items = first.get("items") or (statistics.median(rates) * ms / 1e3 if rates else 0)
-        table[name] = {"label": first.get("label", ""), "ms": ms, "items": items}
+        def median(key):
+            values = [run[key] for run in repetitions if run.get(key)]
+            return statistics.median(values) if values else 0
+
+        ms = statistics.median(milliseconds(run) for run in repetitions)
+        bytes_done, items = median("bytes_per_second") * ms / 1e3, median("items_per_second") * ms / 1e3
+        nanoseconds = median("ns_per_item") or (ms * 1e6 / (items or bytes_done) if items or bytes_done else 0)
+        table[name] = {
+            "ms": ms,
+            "label": repetitions[0].get("label", ""),
+            "ns": nanoseconds,
+            "size": f"{items:,.0f} items" if items else f"{bytes_done / 1e6:.1f} MB" if bytes_done else "",
+            "ratio": median("ratio"),
+        }
+        for counter in ("points", "quads"):
+            if median(counter):
+                table[name]["size"] += f" {median(counter):,.0f} {counter}"
     return table
 
 
 def ratios(record, table):
-    """The ratios to what the label names, such as "0.41 inflate_bare"."""
+    """The ratios to what the benchmark is measured against, such as "0.41 `inflate_zlib`"."""
     for reference in re.findall(r"vs=(\S+)", record["label"]):
-        # A reference without arguments stands for the one benchmark of that name, whatever its arguments.
-        fits = [name for name in table if name == reference or name.split("/")[0] == reference]
-        yield f"{record['ms'] / table[fits[0]]['ms']:.2f} `{reference}`" if fits else f"? `{reference}`"
-
-
-def size(record):
-    words = re.sub(r"vs=\S+", "", record["label"]).strip()
-    return words or (f"{record['items']:,.0f} items" if record["items"] else "")
+        yield f"{record['ms'] / table[reference]['ms']:.2f} `{reference}`" if reference in table else f"? `{reference}`"
+    if record["ratio"]:
+        yield f"{record['ratio']:.2f} in turns"
 
 
 def main():
@@ -54,15 +68,17 @@ def main():
 
     print("# Benchmark baseline\n")
     print("Written by `scripts/bench`; what each workload does stands in [docs/performance.md](../docs/performance.md).")
-    print("Times are medians of CPU time over the repetitions, all benchmarks interleaved at random.\n")
+    print("Times are medians of processor time over the repetitions, all benchmarks interleaved at random. Where the size is")
+    print("in MB an item is a byte. \"In turns\" is the ratio to the reference that the workload's own name tells.\n")
     print(f"- machine: {models[0] if models else 'unknown'}, {context['num_cpus']} cores")
     print(f"- compiler: {compiler}, {context.get('library_build_type', '')} benchmark library".rstrip(", "))
     print(f"- date: {context['date'][:10]}\n")
     print("| workload | size | median ms | ns per item | ratio |")
     print("|---|---|---:|---:|---|")
     for name, record in table.items():
-        per_item = f"{record['ms'] * 1e6 / record['items']:.1f}" if record["items"] else ""
-        print(f"| `{name}` | {size(record)} | {record['ms']:.3g} | {per_item} | {', '.join(ratios(record, table))} |")
+        nanoseconds = f"{record['ns']:.3g}" if record["ns"] else ""
+        size = record["size"].strip()
+        print(f"| `{name}` | {size} | {record['ms']:.3g} | {nanoseconds} | {', '.join(ratios(record, table))} |")
 
 
 main()

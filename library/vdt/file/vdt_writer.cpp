@@ -35,8 +35,8 @@ public:
     {
         constexpr int kGzipWindow = MAX_WBITS + 16;
         constexpr int kMemoryLevel = 9;
-        fine =
-            deflateInit2(&zlib, Z_DEFAULT_COMPRESSION, Z_DEFLATED, kGzipWindow, kMemoryLevel, Z_DEFAULT_STRATEGY) == Z_OK;
+        fine = deflateInit2(&zlib, Z_DEFAULT_COMPRESSION, Z_DEFLATED, kGzipWindow, kMemoryLevel, Z_DEFAULT_STRATEGY) ==
+               Z_OK;
     }
     GzipSink(const GzipSink&) = delete;
     GzipSink& operator=(const GzipSink&) = delete;
