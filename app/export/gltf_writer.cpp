@@ -3,6 +3,7 @@
 // The layout of the buffer is worked out first: how many vertices each primitive has follows from its mesh and the
 // number of copies. The copies themselves are made while the buffer is written, one at a time, so that memory does
 // not grow with them.
+#include "console/as_written.h"
 #include "export/export_scene.h"
 #include "export/gltf_images.h"
 #include "export/triangles.h"
@@ -266,12 +267,12 @@ private:
             const GltfBaseTexture base = images.addBaseTexture(material);
             const vdt::Color3f& c = material.color;
             Json surface = {
-                {"baseColorFactor", {lineared(c.r), lineared(c.g), lineared(c.b), 1}}
+                {"baseColorFactor", {AsWritten(lineared(c.r)), AsWritten(lineared(c.g)), AsWritten(lineared(c.b)), 1}}
             };
             if (base.hasColor) surface["baseColorFactor"] = {1, 1, 1, 1};
             if (base.image) surface["baseColorTexture"] = textureInfo(*base.image);
             surface["metallicFactor"] = 0;
-            surface["roughnessFactor"] = material.roughness;
+            surface["roughnessFactor"] = AsWritten(material.roughness);
 
             Json described = {
                 {"name",                 material.name     },

@@ -2,11 +2,14 @@
 #pragma once
 
 #include "vdt/mesh/mesh.h"
+#include "vdt/messages/message_handler.h"
 
 namespace verdanth {
 
 class CountingOutput final : public vdt::MeshOutputAccessor {
 public:
+    explicit CountingOutput(vdt::MessageHandler& handler) : messages(&handler) {}
+
     bool SetName(std::string_view) override { return true; }
     uint64_t AddPoint(const vdt::Vector3& position, const vdt::Vector3&) override
     {
@@ -19,6 +22,12 @@ public:
         ++polygons;
         corners += vertices.size();
         return true;
+    }
+
+    /// Counts no more copies once the user cancels: a few lines of a file may ask for billions of leaves.
+    void AppendMesh(const vdt::MeshInputAccessor& source, const vdt::Matrix& matrix) override
+    {
+        if (!messages->isCancelled()) MeshOutputAccessor::AppendMesh(source, matrix);
     }
 
     /// What the library's own mesh takes for as much, without slack.
@@ -35,6 +44,9 @@ public:
     uint64_t polygons = 0;
     uint64_t corners = 0;
     vdt::Box bound; // model units
+
+private:
+    vdt::MessageHandler* messages;
 };
 
 } // namespace verdanth

@@ -1,5 +1,6 @@
 #include "inspect/plant_facts.h"
 
+#include "console/as_written.h"
 #include "console/console.h"
 #include "inspect/counting_output.h"
 #include "vdt/generate/foliage.h"
@@ -35,13 +36,14 @@ Json describeTexts(const vdt::LocalizedTexts& texts)
 Json describeColors(const vdt::SeasonColors& colors)
 {
     Json object = Json::object();
-    for (const auto& [season, color] : colors) object[season] = {color.r, color.g, color.b, color.a};
+    for (const auto& [season, color] : colors)
+        object[season] = {AsWritten(color.r), AsWritten(color.g), AsWritten(color.b), AsWritten(color.a)};
     return object;
 }
 
 Json describeColor(const vdt::Color3f& color)
 {
-    return {color.r, color.g, color.b};
+    return {AsWritten(color.r), AsWritten(color.g), AsWritten(color.b)};
 }
 
 Json describeSide(const vdt::MaterialSide& side)
@@ -49,13 +51,13 @@ Json describeSide(const vdt::MaterialSide& side)
     return {
         {"diffuseColor",      describeColor(side.diffuseColor) },
         {"diffuseTexture",    side.diffuseTexture              },
-        {"diffuseRoughness",  side.diffuseRoughness            },
+        {"diffuseRoughness",  AsWritten(side.diffuseRoughness) },
         {"specularColor",     describeColor(side.specularColor)},
         {"specularTexture",   side.specularTexture             },
-        {"specularRoughness", side.specularRoughness           },
+        {"specularRoughness", AsWritten(side.specularRoughness)},
         {"normalTexture",     side.normalTexture               },
         {"bumpTexture",       side.bumpTexture                 },
-        {"bumpStrength",      side.bumpStrength                }
+        {"bumpStrength",      AsWritten(side.bumpStrength)     }
     };
 }
 
@@ -180,8 +182,8 @@ Json describeCounts(const CountingOutput& counted)
 Json describeCost(const vdt::ModelVariant& variant, double metersPerUnit, vdt::MessageHandler& messages)
 {
     const std::string season = DefaultSeason(variant);
-    CountingOutput branches;
-    CountingOutput foliage;
+    CountingOutput branches(messages);
+    CountingOutput foliage(messages);
     vdt::BuildPlantMesh(variant, {.season = season, .foliage = false}, branches, messages);
     if (!messages.isCancelled()) vdt::BuildPlantMesh(variant, {.season = season, .branches = false}, foliage, messages);
     vdt::Box bound = branches.bound;

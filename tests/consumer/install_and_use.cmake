@@ -21,3 +21,11 @@ if(NOT output MATCHES "${EXPECTED}")
     message(FATAL_ERROR "The consumer said: ${output}expected: ${EXPECTED}")
 endif()
 message(STATUS "${output}")
+
+# The README shows the consumer; let it show what was built.
+file(READ ${SOURCE}/README.md readme)
+file(READ ${SOURCE}/tests/consumer/main.cpp program)
+string(FIND "${readme}" "${program}" place)
+if(place EQUAL -1)
+    message(FATAL_ERROR "README.md does not show tests/consumer/main.cpp as it is")
+endif()

@@ -1,5 +1,4 @@
 #include "support/skeleton_builder.h"
-#include "vdt/math/box.h"
 #include "vdt/math/matrix.h"
 #include "vdt/math/quaternion.h"
 
@@ -42,16 +41,6 @@ TEST(Vector, IsNormalisedOnlyIfAComponentIsLargeEnough)
         EXPECT_TRUE(row.normalised ? std::fabs(Length(vector) - 1) < 1e-15
                                    : std::memcmp(&vector, &row.vector, sizeof vector) == 0);
     }
-}
-
-TEST(Box, IsEmptyUntilItHoldsAPointAndAnEmptyOneAddsNothing)
-{
-    Box box, none;
-    EXPECT_TRUE(box.isEmpty());
-    box.extend(Vector3{1, 2, 3});
-    box.extend(none);
-    EXPECT_FALSE(box.isEmpty());
-    EXPECT_EQ(box.min, box.max);
 }
 
 TEST(Matrix, InverseAndNormalMatrixKeepWhatTheyPromise)

@@ -2,6 +2,7 @@
 #include "vdt/skeleton/frames.h"
 #include "vdt/skeleton/walker.h"
 
+#include <array>
 #include <limits>
 #include <map>
 
@@ -87,8 +88,12 @@ TEST(Frames, AreCarriedWithTheLeastTwistAndHaveAxesToFallBackOn)
 {
     const Matrix upright = Matrix::Identity();
     EXPECT_EQ(AdvanceFrame({0, 0, 5}, upright), upright);
-    expectFrameOn({0, 1, 0}, AdvanceFrame({0, 1, 0}, upright)); // along the frame's own y axis
     expectNear(AdvanceFrame({1, 0, 0}, upright).row(1), {0, 1, 0});
+
+    Matrix turned = upright;
+    turned.setRow(0, {0, 0, 1});
+    turned.setRow(1, {1, 0, 0});
+    expectFrameOn({1, 0, 0}, AdvanceFrame({1, 0, 0}, turned)); // along the frame's own y axis
 
     Matrix flat = upright;
     flat.setRow(0, {0, 0, 0});
@@ -122,26 +127,23 @@ TEST(Frames, OfAWholeSkeletonEqualThePlainWayOfCarryingThem)
     }
 }
 
-TEST(Frames, OfASideOnATipGoOnFromTheTip)
-{
-    // Without the tip's frame the side would start from the trunk's root.
-    Skeleton skeleton = SkeletonBuilder().trunk(3).side(1, 2).side(1, 2, 1).take();
-    ASSERT_TRUE(skeleton.ComputeOrientations());
-    const auto frame = [&](uint64_t branch, uint64_t place) {
-        return ToMatrix(VertexAt(skeleton, branch, place).attributes.orient, {0, 0, 0});
-    };
-    const Matrix expected = AdvanceFrame(VertexTangent(skeleton, VertexAt(skeleton, 2, 0)), frame(1, 1));
-    expectNear(frame(2, 0).row(0), expected.row(0), 1e-6);
-    expectFrameOn(Normalized(VertexTangent(skeleton, VertexAt(skeleton, 2, 0))), expected);
-}
-
 TEST(Weights, FallFromTheCentreToHalfTheLargestExtent)
 {
-    Skeleton skeleton =
-        SkeletonBuilder().point({0, 0, -4}).point({0, 0, 4}).point({0, 0, 0}).point({0, 3, 0}).point({0, -3, 0}).take();
-    ASSERT_TRUE(skeleton.ComputeWeights());
-    const float expected[] = {0, 0, 1, 0.25F, 0.25F};
-    for (int i = 0; i < 5; ++i) EXPECT_EQ(skeleton.points[static_cast<size_t>(i)].weight, expected[i]) << i;
+    std::array<double, 3> reach{1, 2, 4};
+    do {
+        SkeletonBuilder builder;
+        for (const double side : {-1.0, 1.0})
+            builder.point({side * reach[0], 0, 0}).point({0, side * reach[1], 0}).point({0, 0, side * reach[2]});
+        Skeleton skeleton = builder.take();
+        ASSERT_TRUE(skeleton.ComputeWeights());
+        for (size_t i = 0; i < 6; ++i) EXPECT_EQ(skeleton.points[i].weight, 1 - static_cast<float>(reach[i % 3]) / 4);
+    } while (std::next_permutation(reach.begin(), reach.end()));
+
+    // The centre lies between the points' mean, 2, and the middle of their box, 4.
+    Skeleton uneven = SkeletonBuilder().point({0, 0, 0}).point({0, 0, 0}).point({0, 0, 0}).point({8, 0, 0}).take();
+    ASSERT_TRUE(uneven.ComputeWeights());
+    EXPECT_EQ(uneven.points[0].weight, 0.25F);
+    EXPECT_EQ(uneven.points[3].weight, 0);
 }
 
 TEST(Weights, AreZeroWithoutExtentAndRefusedWithoutPoints)

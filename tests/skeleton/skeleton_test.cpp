@@ -49,6 +49,7 @@ TEST(Rings, ShrinkToOneMemberWithoutALink)
         EXPECT_EQ(left.ring, nullptr);
         EXPECT_EQ(gone.ring, nullptr);
         EXPECT_EQ(skeleton.points[1].firstVertex, &left);
+        EXPECT_EQ(skeleton.points[1].lastVertex, &left);
         UnlinkVertex(skeleton, left);
         EXPECT_EQ(skeleton.points[1].firstVertex, nullptr);
         EXPECT_TRUE(LinkVertex(skeleton, left) && LinkVertex(skeleton, gone));
@@ -174,7 +175,11 @@ TEST(Edits, InAnyOrderLeaveAValidSkeletonAndACopyEqualsIt)
             case 6:
                 skeleton.AddBranch(7, std::vector<uint64_t>{any, other, any}, std::vector<VertexAttributes>(3));
                 break;
-            case 7: skeleton.AddPoint(dice.position(3)); break;
+            case 7:
+                if (skeleton.points.empty()) break;
+                skeleton.AddPoint(skeleton.points.front());
+                EXPECT_EQ(skeleton.points.back().restPosition, skeleton.points.front().restPosition);
+                break;
             case 8:
                 skeleton.ResizePoints(skeleton.points.size() + any / 8 - 3);
                 skeleton.ResizeBranches(skeleton.branches.size() - skeleton.branches.size() / 8);

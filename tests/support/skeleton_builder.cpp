@@ -22,6 +22,15 @@ uint64_t randomPoint(const Skeleton& skeleton, Dice& dice)
     return dice.below(static_cast<uint32_t>(skeleton.points.size()));
 }
 
+// A branch of any length, one vertex included, as editing may leave it.
+void append(Skeleton& skeleton, const std::vector<uint64_t>& points, const std::vector<VertexAttributes>& attributes)
+{
+    const uint64_t branch = skeleton.branches.size();
+    skeleton.ResizeBranches(branch + 1);
+    skeleton.branches[branch].matid = static_cast<int32_t>(branch);
+    for (uint64_t i = 0; i < points.size(); ++i) skeleton.InsertVertex(branch, points[i], attributes[i], kNone);
+}
+
 void addRandomConnectors(Skeleton& skeleton, Dice& dice, uint64_t count)
 {
     for (uint64_t i = 0; i < count; ++i) {
@@ -117,13 +126,14 @@ Skeleton RandomTree(uint32_t seed, uint64_t branchCount)
     uint64_t attachment = skeleton.AddPoint(Vector3{0, 0, 0});
     for (uint64_t branch = 0; branch < branchCount; ++branch) {
         std::vector<uint64_t> indices{attachment};
-        for (uint32_t i = 1 + dice.below(6); i > 0; --i)
+        for (uint32_t i = dice.below(7); i > 0; --i)
             indices.push_back(skeleton.AddPoint(skeleton.points[indices.back()].position + dice.position(1)));
         std::vector<VertexAttributes> attributes(indices.size());
         for (VertexAttributes& each : attributes) each.radius = dice.below(8) == 0 ? 0 : dice.real(0.1, 1);
-        skeleton.AddBranch(static_cast<int32_t>(branch), indices, attributes);
+        append(skeleton, indices, attributes);
 
         // Nothing may begin on the root, or it would be a second trunk.
+        if (skeleton.points.size() == 2) skeleton.InsertVertex(0, skeleton.AddPoint(Vector3{0, 0, 1}), {}, kNone);
         do attachment = randomPoint(skeleton, dice);
         while (attachment < 2);
     }
@@ -138,10 +148,10 @@ Skeleton RandomTangle(uint32_t seed, uint64_t branchCount)
     for (uint64_t i = 0; i < 2 + branchCount; ++i) skeleton.AddPoint(dice.position(10));
     for (uint64_t branch = 0; branch < branchCount; ++branch) {
         std::vector<uint64_t> indices;
-        for (uint32_t i = 2 + dice.below(6); i > 0; --i) indices.push_back(randomPoint(skeleton, dice));
+        for (uint32_t i = 1 + dice.below(7); i > 0; --i) indices.push_back(randomPoint(skeleton, dice));
         std::vector<VertexAttributes> attributes(indices.size());
         for (VertexAttributes& each : attributes) each.radius = dice.below(3) == 0 ? 0 : 1;
-        skeleton.AddBranch(0, indices, attributes);
+        append(skeleton, indices, attributes);
     }
     addRandomConnectors(skeleton, dice, branchCount);
     return skeleton;

@@ -89,16 +89,14 @@ bool SkeletonWalker::stepVertexByVertex()
         if (current.branch >= source->branches.size()) return false;
 
         // Side branches first, each from its vertex on this point.
-        if (current.ring && current.prev) {
-            while (top.cursor && top.cursor != &current && isDeadSide(*top.cursor)) {
-                top.cursor = top.cursor->ring;
-                if (!countDetour()) return false;
-            }
-            if (top.cursor && top.cursor != &current) {
-                const SkeletonVertex& side = *top.cursor;
-                stack.push_back({&side, nullptr});
-                return beginsThinRun(side);
-            }
+        while (top.cursor && top.cursor != &current && isDeadSide(*top.cursor)) {
+            top.cursor = top.cursor->ring;
+            if (!countDetour()) return false;
+        }
+        if (top.cursor && top.cursor != &current) {
+            const SkeletonVertex& side = *top.cursor;
+            stack.push_back({&side, nullptr});
+            return beginsThinRun(side);
         }
 
         if (current.next) {

@@ -36,8 +36,9 @@ public:
     const Skeleton& skeleton() const { return *source; }
 
 private:
-    // An open branch. The cursor is the side branch's vertex that the walk is at on the current point or, with
-    // branchFirst, the vertex behind the current one once the rest of the branch has been walked.
+    // An open branch. The cursor is the vertex on the current point from which side branches are still to be walked,
+    // null on a branch's first vertex; with branchFirst, the current vertex's successor once the branch has been
+    // walked from there on.
     struct Entry {
         const SkeletonVertex* current;
         const SkeletonVertex* cursor;
