@@ -138,7 +138,7 @@ std::vector<FoliageRule> foliage()
     return {
         {.fromLayer = 3,
          .groups = {kSpray, kOtherSpray, kSparseSpray},
-         .perVertex = 1.15,
+         .perVertex = 1.0,
          .angle = {0, 4},
          .scale = {1, 0.22},
          .faceUp = 0.25 },
