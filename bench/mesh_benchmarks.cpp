@@ -65,11 +65,7 @@ const Mesh& tubeQuads()
             for (uint64_t quad = 0; quad < 4 * segments; ++quad) {
                 const uint64_t a = base + quad, b = quad % 4 == 3 ? a - 3 : a + 1;
                 const float u = 0.25F * static_cast<float>(quad % 4), v = static_cast<float>(quad / 4);
-                AddQuad(made,
-                        {
-                            a, b, b + 4, a + 4
-                },
-                        {{u, v}, {u + 0.25F, v}, {u + 0.25F, v + 1}, {u, v + 1}}, 1);
+                AddQuad(made, {a, b, b + 4, a + 4}, {{u, v}, {u + 0.25F, v}, {u + 0.25F, v + 1}, {u, v + 1}}, 1);
             }
         }
         return made;
@@ -250,14 +246,8 @@ public:
           vertices(mesh.polygonVertices.begin(), mesh.polygonVertices.end()),
           coordinateIndices(mesh.polygonCoordinates.begin(), mesh.polygonCoordinates.end())
     {
-        for (const Vector3& p : mesh.positions)
-            positions.push_back({
-                {p.x, p.y, p.z}
-            });
-        for (const Vector2f& uv : mesh.coordinates)
-            coordinates.push_back({
-                {uv.u, uv.v}
-            });
+        for (const Vector3& p : mesh.positions) positions.push_back({{p.x, p.y, p.z}});
+        for (const Vector2f& uv : mesh.coordinates) coordinates.push_back({{uv.u, uv.v}});
         channel.numValues = static_cast<int>(coordinates.size());
         channel.valueIndices = coordinateIndices.data();
         descriptor.numVertices = static_cast<int>(positions.size());

@@ -128,10 +128,7 @@ Mesh SyntheticLeaf(uint64_t columns, uint64_t rows)
     for (uint64_t quad = 0; quad < columns * rows; ++quad) {
         const uint64_t corner = quad / columns * (columns + 1) + quad % columns;
         const float u = static_cast<float>(quad % columns), v = static_cast<float>(quad / columns);
-        AddQuad(leaf,
-                {
-                    corner, corner + 1, corner + columns + 2, corner + columns + 1
-        },
+        AddQuad(leaf, {corner, corner + 1, corner + columns + 2, corner + columns + 1},
                 {{u, v}, {u + 1, v}, {u + 1, v + 1}, {u, v + 1}}, 2);
     }
     return leaf;

@@ -30,17 +30,11 @@ Json describe(const CheckReport& report)
 {
     Json findings = Json::array();
     for (const Finding& finding : report.findings)
-        findings.push_back({
-            {"severity", finding.unusable ? "error" : "warning"},
-            {"kind",     finding.kind                          },
-            {"file",     finding.file                          },
-            {"text",     finding.text                          }
-        });
-    return {
-        {"file",     report.file             },
-        {"status",   verdict(report.status())},
-        {"findings", std::move(findings)     }
-    };
+        findings.push_back({{"severity", finding.unusable ? "error" : "warning"},
+                            {"kind", finding.kind},
+                            {"file", finding.file},
+                            {"text", finding.text}});
+    return {{"file", report.file}, {"status", verdict(report.status())}, {"findings", std::move(findings)}};
 }
 
 // One line a finding, and one a file, in the order of the request.

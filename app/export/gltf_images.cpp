@@ -49,9 +49,7 @@ std::optional<size_t> GltfImages::addCombined(const SceneMaterial& material)
     const std::optional<Picture> mask = ReadPng(material.alphaTexture, problem);
     if (!mask) return failed(material.alphaTexture, problem);
 
-    std::optional<Picture> color = Picture{
-        1, 1, {255, 255, 255, 255}
-    };
+    std::optional<Picture> color = Picture{1, 1, {255, 255, 255, 255}};
     if (!material.colorTexture.empty()) color = ReadPng(material.colorTexture, problem);
     if (!color) return failed(material.colorTexture, problem);
 

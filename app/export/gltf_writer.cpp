@@ -121,14 +121,9 @@ public:
             return false;
         }
 
-        document["asset"] = {
-            {"version",   "2.0"                       },
-            {"generator", "verdanth " VERDANTH_VERSION}
-        };
+        document["asset"] = {{"version", "2.0"}, {"generator", "verdanth " VERDANTH_VERSION}};
         document["scene"] = 0;
-        document["scenes"] = Json::array({
-            {{"name", scene->name}, {"nodes", {0}}}
-        });
+        document["scenes"] = Json::array({{{"name", scene->name}, {"nodes", {0}}}});
         if (!describeMeshes()) return false;
         describeMaterials();
         describeImages();
@@ -195,11 +190,7 @@ private:
 
     size_t addView(uint64_t bytes, int target)
     {
-        Json view = {
-            {"buffer",     0         },
-            {"byteOffset", bufferSize},
-            {"byteLength", bytes     }
-        };
+        Json view = {{"buffer", 0}, {"byteOffset", bufferSize}, {"byteLength", bytes}};
         if (target) view["target"] = target;
         document["bufferViews"].push_back(std::move(view));
         bufferSize += (bytes + 3) / 4 * 4;
@@ -209,12 +200,8 @@ private:
     size_t addAccessor(uint64_t count, const char* type, int component, uint64_t bytes, int target)
     {
         const size_t view = addView(bytes, target);
-        document["accessors"].push_back({
-            {"bufferView",    view     },
-            {"componentType", component},
-            {"count",         count    },
-            {"type",          type     }
-        });
+        document["accessors"].push_back(
+            {{"bufferView", view}, {"componentType", component}, {"count", count}, {"type", type}});
         return document["accessors"].size() - 1;
     }
 
@@ -231,16 +218,12 @@ private:
                 const int indexType = p.hasShortIndices() ? kUnsignedShort : kUnsignedInt;
                 const size_t index = addAccessor(p.indexCount, "SCALAR", indexType,
                                                  p.indexCount * (p.hasShortIndices() ? 2 : 4), kElementArrayBuffer);
-                primitives.push_back({
-                    {"attributes", {{"POSITION", position}, {"NORMAL", normal}, {"TEXCOORD_0", coordinate}}},
-                    {"indices",    index                                                                   },
-                    {"material",   p.material                                                              }
-                });
+                primitives.push_back(
+                    {{"attributes", {{"POSITION", position}, {"NORMAL", normal}, {"TEXCOORD_0", coordinate}}},
+                     {"indices", index},
+                     {"material", p.material}});
             }
-            document["meshes"].push_back({
-                {"name",       mesh.name            },
-                {"primitives", std::move(primitives)}
-            });
+            document["meshes"].push_back({{"name", mesh.name}, {"primitives", std::move(primitives)}});
         }
         return fitsFormat(bufferSize);
     }
@@ -254,12 +237,7 @@ private:
         return false;
     }
 
-    Json textureInfo(size_t image) const
-    {
-        return {
-            {"index", image}
-        };
-    } // textures and images pair up one to one
+    Json textureInfo(size_t image) const { return {{"index", image}}; } // textures and images pair up one to one
 
     void describeMaterials()
     {
@@ -267,17 +245,13 @@ private:
             const GltfBaseTexture base = images.addBaseTexture(material);
             const vdt::Color3f& c = material.color;
             Json surface = {
-                {"baseColorFactor", {AsWritten(lineared(c.r)), AsWritten(lineared(c.g)), AsWritten(lineared(c.b)), 1}}
-            };
+                {"baseColorFactor", {AsWritten(lineared(c.r)), AsWritten(lineared(c.g)), AsWritten(lineared(c.b)), 1}}};
             if (base.hasColor) surface["baseColorFactor"] = {1, 1, 1, 1};
             if (base.image) surface["baseColorTexture"] = textureInfo(*base.image);
             surface["metallicFactor"] = 0;
             surface["roughnessFactor"] = AsWritten(material.roughness);
 
-            Json described = {
-                {"name",                 material.name     },
-                {"pbrMetallicRoughness", std::move(surface)}
-            };
+            Json described = {{"name", material.name}, {"pbrMetallicRoughness", std::move(surface)}};
             if (const auto normal = images.add(material.normalTexture))
                 described["normalTexture"] = textureInfo(*normal);
             if (base.cutOut) {
@@ -285,9 +259,7 @@ private:
                 described["alphaCutoff"] = kAlphaCutoff;
             }
             if (material.twoSided) described["doubleSided"] = true;
-            described["extras"] = {
-                {"matid", material.matid}
-            };
+            described["extras"] = {{"matid", material.matid}};
             document["materials"].push_back(std::move(described));
         }
     }
@@ -295,14 +267,11 @@ private:
     void describeImages()
     {
         if (images.images.empty()) return;
-        document["samplers"] = Json::array({
-            {{"magFilter", kLinear}, {"minFilter", kLinearMipmapLinear}, {"wrapS", kRepeat}, {"wrapT", kRepeat}}
-        });
+        document["samplers"] = Json::array(
+            {{{"magFilter", kLinear}, {"minFilter", kLinearMipmapLinear}, {"wrapS", kRepeat}, {"wrapT", kRepeat}}});
         for (size_t i = 0; i < images.images.size(); ++i) {
             const GltfImage& image = images.images[i];
-            Json described = {
-                {"name", image.name}
-            };
+            Json described = {{"name", image.name}};
             if (image.uri.empty()) {
                 described["bufferView"] = addView(image.bytes.size(), 0);
                 described["mimeType"] = image.mimeType;
@@ -310,20 +279,14 @@ private:
                 described["uri"] = image.uri;
             }
             document["images"].push_back(std::move(described));
-            document["textures"].push_back({
-                {"sampler", 0},
-                {"source",  i}
-            });
+            document["textures"].push_back({{"sampler", 0}, {"source", i}});
         }
     }
 
     // There may be a node a leaf, so they are written as text at once.
     std::string nodesText() const
     {
-        const Json extras = {
-            {"variant", scene->variant},
-            {"season",  scene->season }
-        };
+        const Json extras = {{"variant", scene->variant}, {"season", scene->season}};
         std::string roots;
         std::string nodes;
         uint64_t next = 1;

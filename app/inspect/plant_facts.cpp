@@ -18,12 +18,7 @@ using Json = nlohmann::ordered_json;
 
 Json describeInfo(const vdt::FileInfo& info)
 {
-    return {
-        {"creator",   info.creator  },
-        {"user",      info.user     },
-        {"timestamp", info.timestamp},
-        {"source",    info.source   }
-    };
+    return {{"creator", info.creator}, {"user", info.user}, {"timestamp", info.timestamp}, {"source", info.source}};
 }
 
 Json describeTexts(const vdt::LocalizedTexts& texts)
@@ -48,39 +43,31 @@ Json describeColor(const vdt::Color3f& color)
 
 Json describeSide(const vdt::MaterialSide& side)
 {
-    return {
-        {"diffuseColor",      describeColor(side.diffuseColor) },
-        {"diffuseTexture",    side.diffuseTexture              },
-        {"diffuseRoughness",  AsWritten(side.diffuseRoughness) },
-        {"specularColor",     describeColor(side.specularColor)},
-        {"specularTexture",   side.specularTexture             },
-        {"specularRoughness", AsWritten(side.specularRoughness)},
-        {"normalTexture",     side.normalTexture               },
-        {"bumpTexture",       side.bumpTexture                 },
-        {"bumpStrength",      AsWritten(side.bumpStrength)     }
-    };
+    return {{"diffuseColor", describeColor(side.diffuseColor)},
+            {"diffuseTexture", side.diffuseTexture},
+            {"diffuseRoughness", AsWritten(side.diffuseRoughness)},
+            {"specularColor", describeColor(side.specularColor)},
+            {"specularTexture", side.specularTexture},
+            {"specularRoughness", AsWritten(side.specularRoughness)},
+            {"normalTexture", side.normalTexture},
+            {"bumpTexture", side.bumpTexture},
+            {"bumpStrength", AsWritten(side.bumpStrength)}};
 }
 
 Json describeMaterial(const vdt::MaterialData& material)
 {
-    Json object = {
-        {"matid", material.matid              },
-        {"name",  material.name               },
-        {"sides", material.back() ? 2 : 1     },
-        {"front", describeSide(material.front)}
-    };
+    Json object = {{"matid", material.matid},
+                   {"name", material.name},
+                   {"sides", material.back() ? 2 : 1},
+                   {"front", describeSide(material.front)}};
     if (material.hasSeparateBack()) object["back"] = describeSide(*material.back());
     object["alphaTexture"] = material.alphaTexture;
-    object["displacement"] = {
-        {"texture",  material.displacementTexture },
-        {"height",   material.displacementHeight  },
-        {"centered", material.displacementCentered}
-    };
-    object["subsurface"] = {
-        {"color",   describeColor(material.subsurfaceColor)},
-        {"texture", material.subsurfaceTexture             },
-        {"depth",   material.subsurfaceDepth               }
-    };
+    object["displacement"] = {{"texture", material.displacementTexture},
+                              {"height", material.displacementHeight},
+                              {"centered", material.displacementCentered}};
+    object["subsurface"] = {{"color", describeColor(material.subsurfaceColor)},
+                            {"texture", material.subsurfaceTexture},
+                            {"depth", material.subsurfaceDepth}};
     return object;
 }
 
@@ -92,10 +79,7 @@ Json describeVector(const vdt::Vector3& v)
 Json describeBox(const vdt::Box& box)
 {
     if (box.isEmpty()) return nullptr;
-    return {
-        {"min", describeVector(box.min)},
-        {"max", describeVector(box.max)}
-    };
+    return {{"min", describeVector(box.min)}, {"max", describeVector(box.max)}};
 }
 
 // Of the box, along the axis that points up; null for an empty box.
@@ -110,12 +94,10 @@ Json describeQualifiers(const vdt::ModelVariant& variant)
     Json list = Json::array();
     for (size_t i = 0; i < variant.qualifiers.size(); ++i) {
         const vdt::Qualifier& qualifier = variant.qualifiers[i];
-        list.push_back({
-            {"id",      qualifier.id                   },
-            {"name",    qualifier.name                 },
-            {"labels",  describeTexts(qualifier.labels)},
-            {"default", i == variant.defaultQualifier  }
-        });
+        list.push_back({{"id", qualifier.id},
+                        {"name", qualifier.name},
+                        {"labels", describeTexts(qualifier.labels)},
+                        {"default", i == variant.defaultQualifier}});
     }
     return list;
 }
@@ -124,11 +106,9 @@ Json describeProxies(const vdt::ModelVariant& variant)
 {
     Json list = Json::array();
     for (const vdt::ProxyMesh& proxy : variant.proxies)
-        list.push_back({
-            {"qualifier", proxy.qualifier          },
-            {"points",    proxy.mesh.PointCount()  },
-            {"polygons",  proxy.mesh.PolygonCount()}
-        });
+        list.push_back({{"qualifier", proxy.qualifier},
+                        {"points", proxy.mesh.PointCount()},
+                        {"polygons", proxy.mesh.PolygonCount()}});
     return list;
 }
 
@@ -140,14 +120,12 @@ Json describeFoliage(const vdt::ModelVariant& variant)
 
     Json list = Json::array();
     for (const vdt::VariantMesh& record : variant.meshes) {
-        list.push_back({
-            {"group",      record.group                                        },
-            {"qualifier",  record.qualifier                                    },
-            {"name",       record.mesh ? record.mesh->GetName() : std::string()},
-            {"points",     record.mesh ? record.mesh->PointCount() : 0         },
-            {"polygons",   record.mesh ? record.mesh->PolygonCount() : 0       },
-            {"connectors", connectorsOfGroup[record.group]                     }
-        });
+        list.push_back({{"group", record.group},
+                        {"qualifier", record.qualifier},
+                        {"name", record.mesh ? record.mesh->GetName() : std::string()},
+                        {"points", record.mesh ? record.mesh->PointCount() : 0},
+                        {"polygons", record.mesh ? record.mesh->PolygonCount() : 0},
+                        {"connectors", connectorsOfGroup[record.group]}});
     }
     return list;
 }
@@ -160,22 +138,13 @@ Json describeContent(const vdt::ModelVariant& variant)
     uint64_t polygons = 0;
     for (const vdt::VariantMesh& record : variant.meshes) polygons += record.mesh ? record.mesh->PolygonCount() : 0;
     return {
-        {"points",       skeleton.points.size()    },
-        {"branches",     skeleton.branches.size()  },
-        {"vertices",     vertices                  },
-        {"connectors",   skeleton.connectors.size()},
-        {"meshes",       variant.meshes.size()     },
-        {"meshPolygons", polygons                  }
-    };
+        {"points", skeleton.points.size()},         {"branches", skeleton.branches.size()}, {"vertices", vertices},
+        {"connectors", skeleton.connectors.size()}, {"meshes", variant.meshes.size()},      {"meshPolygons", polygons}};
 }
 
 Json describeCounts(const CountingOutput& counted)
 {
-    return {
-        {"points",   counted.points  },
-        {"polygons", counted.polygons},
-        {"bytes",    counted.bytes() }
-    };
+    return {{"points", counted.points}, {"polygons", counted.polygons}, {"bytes", counted.bytes()}};
 }
 
 // Builds the plant part by part and keeps none of it. Foliage is what its copies sum up to.
@@ -188,17 +157,15 @@ Json describeCost(const vdt::ModelVariant& variant, double metersPerUnit, vdt::M
     if (!messages.isCancelled()) vdt::BuildPlantMesh(variant, {.season = season, .branches = false}, foliage, messages);
     vdt::Box bound = branches.bound;
     bound.extend(foliage.bound);
-    return {
-        {"season",       season                                  },
-        {"subdivision",  vdt::PlantMeshOptions().subdivisionLevel},
-        {"bound",        describeBox(bound)                      },
-        {"heightMeters", describeHeight(bound,                     metersPerUnit)},
-        {"branches",              describeCounts(branches)                                            },
-        {"foliage",              describeCounts(foliage) },
-        {"points",              branches.points + foliage.points                                             },
-        {"polygons",              branches.polygons + foliage.polygons},
-        {"bytes",              branches.bytes() + foliage.bytes()                                                }
-    };
+    return {{"season", season},
+            {"subdivision", vdt::PlantMeshOptions().subdivisionLevel},
+            {"bound", describeBox(bound)},
+            {"heightMeters", describeHeight(bound, metersPerUnit)},
+            {"branches", describeCounts(branches)},
+            {"foliage", describeCounts(foliage)},
+            {"points", branches.points + foliage.points},
+            {"polygons", branches.polygons + foliage.polygons},
+            {"bytes", branches.bytes() + foliage.bytes()}};
 }
 
 Json describeVariant(OpenPlant& plant, uint64_t index, Console& console)
@@ -206,15 +173,13 @@ Json describeVariant(OpenPlant& plant, uint64_t index, Console& console)
     const vdt::Model& model = plant.model();
     const vdt::ModelVariant& stored = model.variants[index];
     const double meters = MetersPerUnit(model.unit);
-    Json object = {
-        {"index",                    index                       },
-        {"name",                     stored.name                 },
-        {"labels",                   describeTexts(stored.labels)},
-        {"default",                  index == FindVariant(model,   "", console)},
-        {"extref",                  stored.extref                                             },
-        {"storedBound",describeBox(stored.bound)},
-        {"proxies",      describeProxies(stored)                                                       }
-    };
+    Json object = {{"index", index},
+                   {"name", stored.name},
+                   {"labels", describeTexts(stored.labels)},
+                   {"default", index == FindVariant(model, "", console)},
+                   {"extref", stored.extref},
+                   {"storedBound", describeBox(stored.bound)},
+                   {"proxies", describeProxies(stored)}};
 
     const vdt::ModelHandle handle = plant.cache.acquire(plant.file, console, index);
     const vdt::ModelVariant* variant = handle.variantData(console, true);
@@ -244,19 +209,17 @@ nlohmann::ordered_json DescribePlant(OpenPlant& plant, uint64_t onlyVariant, Con
     std::error_code ignored;
     const auto fileSize = std::filesystem::file_size(plant.file, ignored);
 
-    Json facts = {
-        {"file",          plant.file                         },
-        {"fileBytes",     ignored ? 0 : fileSize             },
-        {"info",          describeInfo(model.info)           },
-        {"name",          model.name                         },
-        {"unit",          UnitName(model.unit)               },
-        {"labels",        describeTexts(model.labels)        },
-        {"descriptions",  describeTexts(model.descriptions)  },
-        {"woodColors",    describeColors(model.woodColors)   },
-        {"foliageColors", describeColors(model.foliageColors)},
-        {"materials",     Json::array()                      },
-        {"variants",      Json::array()                      }
-    };
+    Json facts = {{"file", plant.file},
+                  {"fileBytes", ignored ? 0 : fileSize},
+                  {"info", describeInfo(model.info)},
+                  {"name", model.name},
+                  {"unit", UnitName(model.unit)},
+                  {"labels", describeTexts(model.labels)},
+                  {"descriptions", describeTexts(model.descriptions)},
+                  {"woodColors", describeColors(model.woodColors)},
+                  {"foliageColors", describeColors(model.foliageColors)},
+                  {"materials", Json::array()},
+                  {"variants", Json::array()}};
     for (const vdt::MaterialData& material : model.materials) facts["materials"].push_back(describeMaterial(material));
     for (uint64_t i = 0; i < model.variants.size() && !console.isCancelled(); ++i)
         if (onlyVariant == vdt::kNone || onlyVariant == i)

@@ -67,13 +67,12 @@ void printHead(const Json& facts, std::ostream& out)
     const std::string name = text(facts, "name");
     out << OneLine(name.empty() ? "(a plant without a name)" : name) << '\n';
     const std::pair<const char*, std::string> lines[] = {
-        {"file",      text(facts,         "file") + " (" + ByteCount(facts["fileBytes"].get<uint64_t>()) + ")"},
-        {"unit",      text(facts,         "unit")                                                             },
-        {"creator",   text(facts["info"], "creator")                                                          },
-        {"user",      text(facts["info"], "user")                                                             },
-        {"timestamp", text(facts["info"], "timestamp")                                                        },
-        {"source",    text(facts["info"], "source")                                                           }
-    };
+        {"file", text(facts, "file") + " (" + ByteCount(facts["fileBytes"].get<uint64_t>()) + ")"},
+        {"unit", text(facts, "unit")},
+        {"creator", text(facts["info"], "creator")},
+        {"user", text(facts["info"], "user")},
+        {"timestamp", text(facts["info"], "timestamp")},
+        {"source", text(facts["info"], "source")}};
     for (const auto& [label, value] : lines)
         if (!value.empty()) out << "  " << label << std::string(11 - TextWidth(label), ' ') << OneLine(value) << '\n';
 }
@@ -159,10 +158,7 @@ void printVariants(const Json& facts, std::ostream& out)
              height.is_null() ? "?" : FixedNumber(height.get<double>(), 2), seasonList(variant),
              std::to_string(variant["proxies"].size()),
              (variant["loaded"].get<bool>() ? "" : "NOT LOADED ") + (extref.empty() ? "in the file" : extref)});
-        const std::pair<const char*, const char*> boxes[] = {
-            {"storedBound", "stored"  },
-            {"bound",       "computed"}
-        };
+        const std::pair<const char*, const char*> boxes[] = {{"storedBound", "stored"}, {"bound", "computed"}};
         for (const auto& [key, word] : boxes)
             if (const Json& box = variant[key]; !box.is_null())
                 bounds.addRow({index, word, numbers(box["min"]), numbers(box["max"])});

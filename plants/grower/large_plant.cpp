@@ -13,23 +13,16 @@ constexpr int kGroupCount = 3;
 
 AgeRecipe largeAge()
 {
-    const StemRecipe branch{
-        .spacing = 16,
-        .firstAt = 0.1,
-        .lastAt = 0.97,
-        .length = {0.42, 0.15},
-        .segment = 84,
-        .wander = 6,
-        .pullAtTip = -0.1,
-        .shortest = 10
-    };
+    const StemRecipe branch{.spacing = 16,
+                            .firstAt = 0.1,
+                            .lastAt = 0.97,
+                            .length = {0.42, 0.15},
+                            .segment = 84,
+                            .wander = 6,
+                            .pullAtTip = -0.1,
+                            .shortest = 10};
     AgeRecipe age{.name = "adult", .seed = 2024, .height = 2600, .trunkRadius = 30, .tipRadius = 0.1};
-    age.crown = {
-        {0.1, 0.1 },
-        {0.4, 0.32},
-        {0.7, 0.25},
-        {1,   0.03}
-    };
+    age.crown = {{0.1, 0.1}, {0.4, 0.32}, {0.7, 0.25}, {1, 0.03}};
     age.trunk = {.segment = 15, .wander = 2};
     StemRecipe bough = branch;
     bough.spacing = 14;
@@ -79,9 +72,7 @@ vdt::Model GrowLargePlant()
         variant.skeleton.AddConnector(attributes, random.below(static_cast<uint32_t>(variant.skeleton.points.size())));
     }
 
-    const LeafShape leaf{
-        .halfWidth = {{0, 0.05}, {0.4, 0.3}, {1, 0}}
-    };
+    const LeafShape leaf{.halfWidth = {{0, 0.05}, {0.4, 0.3}, {1, 0}}};
     for (int group = 0; group < kGroupCount; ++group) {
         auto mesh = std::make_unique<vdt::Mesh>();
         mesh->SetName("leaf");

@@ -64,10 +64,7 @@ void AddTurned(vdt::Mesh& mesh, const TurnedBody& body, const vdt::Matrix& frame
         for (uint64_t side = 0; side < sides && &ring != &body.outline.front(); ++side) {
             const uint64_t other = (side + 1) % sides;
             const auto u = [&](uint64_t column) { return static_cast<float>(column) / static_cast<float>(sides); };
-            vdt::AddQuad(mesh,
-                         {
-                             below + side, below + other, first + other, first + side
-            },
+            vdt::AddQuad(mesh, {below + side, below + other, first + other, first + side},
                          {{u(side), belowV}, {u(side + 1), belowV}, {u(side + 1), v}, {u(side), v}}, body.material);
         }
         below = first;
@@ -82,14 +79,7 @@ void AddCard(vdt::Mesh& mesh, double width, double height, int32_t material, con
     };
     const uint64_t corners[4] = {point(-width / 2, 0), point(width / 2, 0), point(width / 2, height),
                                  point(-width / 2, height)};
-    vdt::AddQuad(mesh, corners,
-                 {
-                     {0, 0},
-                     {1, 0},
-                     {1, 1},
-                     {0, 1}
-    },
-                 material);
+    vdt::AddQuad(mesh, corners, {{0, 0}, {1, 0}, {1, 1}, {0, 1}}, material);
 }
 
 } // namespace grower

@@ -44,12 +44,7 @@ public:
         if (age.scaffold) {
             stems = GrowScaffold(age, random, thinFrom);
         } else {
-            addStem(
-                {
-                    .start = {0, 0, 0},
-                      .direction = kUp, .length = age.height * age.trunkLength
-            },
-                age.trunk, 0);
+            addStem({.start = {0, 0, 0}, .direction = kUp, .length = age.height * age.trunkLength}, age.trunk, 0);
             thinFrom = {0};
         }
 

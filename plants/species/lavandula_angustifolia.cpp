@@ -46,19 +46,17 @@ Image calyx(const vdt::Color3f& ridge, const vdt::Color3f& crack, const vdt::Col
 void spray(vdt::Mesh& mesh, int32_t material, int leaves, double length, uint64_t seed)
 {
     AddSpray(mesh,
-             {
-                 .leaves = leaves,
-                 .length = 2.0,
-                 .firstAt = -0.95,
-                 .lastAt = 0.05,
-                 .angle = {50,  12 },
-                 .angleAtTip = 24,
-                 .turn = {132, 25 },
-                 .flat = 0.1,
-                 .scale = {1,   0.2},
-                 .scaleAtTip = 0.85,
-                 .seed = seed
-    },
+             {.leaves = leaves,
+              .length = 2.0,
+              .firstAt = -0.95,
+              .lastAt = 0.05,
+              .angle = {50, 12},
+              .angleAtTip = 24,
+              .turn = {132, 25},
+              .flat = 0.1,
+              .scale = {1, 0.2},
+              .scaleAtTip = 0.85,
+              .seed = seed},
              kLeaf, {.length = length, .fold = -14, .droop = -0.05, .material = material});
 }
 
@@ -69,26 +67,22 @@ void spike(vdt::Mesh& mesh, double stalk, int whorls, int32_t body, bool inFlowe
     const double lean = random.between(-0.06, 0.06);
     const vdt::Matrix whole = StandingFrame({0, 0, 0}, {lean, 1, random.between(-0.06, 0.06)}, {0, 0, 1});
     AddTurned(mesh,
-              {
-                  .outline = {{0, 0.11}, {stalk * 0.6, 0.09}, {stalk + whorls * 0.75 - 1.4, 0.05}},
-                  .sides = 3,
-                  .material = kShoot,
-                  .repeat = 6
-    },
+              {.outline = {{0, 0.11}, {stalk * 0.6, 0.09}, {stalk + whorls * 0.75 - 1.4, 0.05}},
+               .sides = 3,
+               .material = kShoot,
+               .repeat = 6},
               whole);
     double place = stalk - 2.4;
     for (int whorl = 0; whorl < whorls; ++whorl) {
         const double size = 0.62 * (whorl == 0 ? 0.8 : 1.0 - 0.45 * whorl / whorls) * random.between(0.9, 1.1);
         const vdt::Matrix frame =
             StandingFrame(vdt::TransformPoint({0, place, 0}, whole), whole.row(1), {random.between(-1, 1), 0, 1});
-        AddTurned(mesh,
-                  {
-                      .outline =
-                          {{0, 0.08}, {0.35 * size, 0.85 * size}, {1.15 * size, 0.95 * size}, {1.5 * size, 0.2 * size}},
-                      .sides = 6,
-                      .material = body
-        },
-                  frame);
+        AddTurned(
+            mesh,
+            {.outline = {{0, 0.08}, {0.35 * size, 0.85 * size}, {1.15 * size, 0.95 * size}, {1.5 * size, 0.2 * size}},
+             .sides = 6,
+             .material = body},
+            frame);
         for (int petal = 0; inFlower && petal < 5; ++petal) {
             const double turn = 2 * vdt::kPi * (petal + random.between(-0.2, 0.2)) / 5;
             const vdt::Vector3 outward = frame.row(0) * std::cos(turn) + frame.row(2) * std::sin(turn);
@@ -132,11 +126,11 @@ AgeRecipe adult()
         .flare = 0.3,
         .flareHeight = 1.5,
         .trunkLength = 0.10,
-        .crown = {{0, 0.5},     {0.12, 0.82},      {0.35, 1.0}, {0.6, 0.92}, {0.8, 0.68}, {0.93, 0.40}, {1.0, 0.15}},
-        .trunk = {.segment = 0.5, .wander = 6,       .material = kWood},
+        .crown = {{0, 0.5}, {0.12, 0.82}, {0.35, 1.0}, {0.6, 0.92}, {0.8, 0.68}, {0.93, 0.40}, {1.0, 0.15}},
+        .trunk = {.segment = 0.5, .wander = 6, .material = kWood},
         .stems =
             {
-                  {.spacing = 0.075,
+                {.spacing = 0.075,
                  .firstAt = 0.05,
                  .lastAt = 0.95,
                  .length = {0.80, 0.12},
@@ -149,7 +143,7 @@ AgeRecipe adult()
                  .pullAtTip = 0.06,
                  .shortest = 4,
                  .material = kWood},
-                  {.spacing = 1.45,
+                {.spacing = 1.45,
                  .firstAt = 0.25,
                  .lastAt = 0.99,
                  .length = {0.42, 0.10},
@@ -163,23 +157,23 @@ AgeRecipe adult()
                  .pullAtTip = 0.10,
                  .shortest = 3,
                  .material = kShoot},
-                  },
+            },
         .foliage =
             {
-                  {.fromLayer = 2,
+                {.fromLayer = 2,
                  .groups = {kSpray, kThickSpray},
                  .perVertex = 1.0,
                  .angle = {0, 4},
                  .scale = {1, 0.2},
                  .faceUp = 0.3},
-                  {.fromLayer = 1,
+                {.fromLayer = 1,
                  .groups = {kSpray},
                  .firstAt = 0.45,
                  .perVertex = 0.7,
                  .angle = {0, 6},
                  .scale = {0.9, 0.2},
                  .faceUp = 0.3},
-                  {.fromLayer = 2,
+                {.fromLayer = 2,
                  .groups = {kSpike, kOtherSpike},
                  .perVertex = 0.62,
                  .tipOnly = true,
@@ -187,7 +181,7 @@ AgeRecipe adult()
                  .scale = {1, 0.16},
                  .droop = -1.1,
                  .faceUp = 0},
-                  },
+            },
     };
 }
 
@@ -211,14 +205,7 @@ AgeRecipe young()
     age.seed = 79;
     age.height = 15;
     age.trunkRadius = 0.5;
-    age.crown = {
-        {0,    0.4 },
-        {0.15, 0.6 },
-        {0.4,  0.72},
-        {0.7,  0.6 },
-        {0.9,  0.35},
-        {1.0,  0.15}
-    };
+    age.crown = {{0, 0.4}, {0.15, 0.6}, {0.4, 0.72}, {0.7, 0.6}, {0.9, 0.35}, {1.0, 0.15}};
     age.stems[0].spacing = 0.055;
     age.stems[0].segment = 1.6;
     age.stems[0].shortest = 2;
@@ -235,18 +222,16 @@ AgeRecipe young()
 
 MaterialRecipe leafMaterial(Material id, const char* name, const std::string& picture)
 {
-    return {
-        .id = id,
-        .name = name,
-        .front = {.texture = picture + ".png",
-                  .diffuseRoughness = 0.4f,
-                  .specular = {0.02f, 0.02f, 0.02f},
-                  .specularRoughness = 0.6f},
-        .back = SideRecipe{.texture = picture + "_back.png",   .diffuseRoughness = 0.5f},
-        .cutOut = true,
-        .translucency = 0.3,
-        .depth = 0.05
-    };
+    return {.id = id,
+            .name = name,
+            .front = {.texture = picture + ".png",
+                      .diffuseRoughness = 0.4f,
+                      .specular = {0.02f, 0.02f, 0.02f},
+                      .specularRoughness = 0.6f},
+            .back = SideRecipe{.texture = picture + "_back.png", .diffuseRoughness = 0.5f},
+            .cutOut = true,
+            .translucency = 0.3,
+            .depth = 0.05};
 }
 
 } // namespace
@@ -264,125 +249,119 @@ SpeciesRecipe LavandulaAngustifolia()
         .descriptions =
             {{"en", "Small evergreen shrub of the western Mediterranean with narrow grey-green leaves. Fragrant violet "
                     "flower spikes from June to August."},
-                   {"de", "Kleiner immergr\u00fcner Strauch des westlichen Mittelmeerraums mit schmalen graugr\u00fcnen "
+             {"de", "Kleiner immergr\u00fcner Strauch des westlichen Mittelmeerraums mit schmalen graugr\u00fcnen "
                     "Bl\u00e4ttern. Duftende violette Bl\u00fctenst\u00e4nde von Juni bis August."},
-                   {"fr", "Petit arbrisseau persistant de M\u00e9diterran\u00e9e occidentale aux feuilles \u00e9troites "
+             {"fr", "Petit arbrisseau persistant de M\u00e9diterran\u00e9e occidentale aux feuilles \u00e9troites "
                     "gris-vert. \u00c9pis violets parfum\u00e9s de juin \u00e0 ao\u00fbt."},
-                   {"es", "Arbusto peque\u00f1o y perenne del Mediterr\u00e1neo occidental, de hojas estrechas verde "
+             {"es", "Arbusto peque\u00f1o y perenne del Mediterr\u00e1neo occidental, de hojas estrechas verde "
                     "gris\u00e1ceo. Espigas violetas y fragantes de junio a agosto."},
-                   {"it", "Piccolo arbusto sempreverde del Mediterraneo occidentale con foglie strette grigio-verdi. Spighe "
+             {"it", "Piccolo arbusto sempreverde del Mediterraneo occidentale con foglie strette grigio-verdi. Spighe "
                     "viola profumate da giugno ad agosto."},
-                   {"ja", "\u7d30\u3044\u7070\u7dd1\u8272\u306e\u8449\u3092\u6301\u3064\u5730\u4e2d\u6d77\u539f\u7523\u306e"
+             {"ja", "\u7d30\u3044\u7070\u7dd1\u8272\u306e\u8449\u3092\u6301\u3064\u5730\u4e2d\u6d77\u539f\u7523\u306e"
                     "\u5e38\u7dd1\u4f4e\u6728\u3002\u590f\u306b\u9999\u308a\u306e\u3088\u3044\u7d2b\u306e\u82b1\u7a42"
                     "\u3092\u3064\u3051\u308b\u3002"}},
         .wood = {{"", {0.45f, 0.39f, 0.33f, 1}}},
         .foliage = {{"", {0.48f, 0.54f, 0.42f, 1}},
-                   {"spring", {0.52f, 0.60f, 0.42f, 1}},
-                   {"summer", {0.46f, 0.36f, 0.66f, 1}},
-                   {"autumn", {0.48f, 0.53f, 0.42f, 1}},
-                   {"winter", {0.47f, 0.50f, 0.43f, 1}}},
+                    {"spring", {0.52f, 0.60f, 0.42f, 1}},
+                    {"summer", {0.46f, 0.36f, 0.66f, 1}},
+                    {"autumn", {0.48f, 0.53f, 0.42f, 1}},
+                    {"winter", {0.47f, 0.50f, 0.43f, 1}}},
         .textures =
             {
-                   {"wood.png",
+                {"wood.png",
                  [] {
-                     return PaintRidgedBark(
-                                {
-                                    .ridge = {0.52f, 0.46f, 0.39f},
-                                    .crack = {0.28f, 0.23f, 0.19f},
-                                    .moss = {0.50f, 0.50f, 0.40f},
-                                    .ridges = 10,
-                                    .plates = 2,
-                                    .mossShare = 0.1,
-                                    .seed = 71},
-                                256)
+                     return PaintRidgedBark({.ridge = {0.52f, 0.46f, 0.39f},
+                                             .crack = {0.28f, 0.23f, 0.19f},
+                                             .moss = {0.50f, 0.50f, 0.40f},
+                                             .ridges = 10,
+                                             .plates = 2,
+                                             .mossShare = 0.1,
+                                             .seed = 71},
+                                            256)
                          .color;
                  }},
-                   {"shoot.png",
+                {"shoot.png",
                  [] {
-                     return PaintSmoothBark(
-                                {
-                                    .skin = {                                             0.50f,                                                                                 0.56f,                                                                                 0.38f},
-                                    .shade = {                                                                                                    0.42f,                                                                                 0.48f,                                                                                 0.32f},
-                                    .pore = {                                                                                 0.60f,                                                                                 0.64f,                                                                                 0.52f},
-                                    .poreShare = 0.04,
-                                    .seed = 72},
-                                64)
+                     return PaintSmoothBark({.skin = {0.50f, 0.56f, 0.38f},
+                                             .shade = {0.42f, 0.48f, 0.32f},
+                                             .pore = {0.60f, 0.64f, 0.52f},
+                                             .poreShare = 0.04,
+                                             .seed = 72},
+                                            64)
                          .color;
                  }},
-                   {"leaf_spring.png",
+                {"leaf_spring.png",
                  [] {
                      return leaf({0.48f, 0.59f, 0.36f}, {0.56f, 0.65f, 0.46f}, {0.62f, 0.70f, 0.52f}, 73);
                  }},
-                   {"leaf_spring_back.png",
+                {"leaf_spring_back.png",
                  [] {
                      return leaf({0.62f, 0.68f, 0.55f}, {0.58f, 0.64f, 0.50f}, {0.72f, 0.76f, 0.66f}, 73);
                  }},
-                   {"leaf_summer.png",
+                {"leaf_summer.png",
                  [] {
                      return leaf({0.41f, 0.49f, 0.35f}, {0.50f, 0.57f, 0.45f}, {0.57f, 0.63f, 0.52f}, 74);
                  }},
-                   {"leaf_summer_back.png",
+                {"leaf_summer_back.png",
                  [] {
                      return leaf({0.60f, 0.64f, 0.56f}, {0.56f, 0.60f, 0.52f}, {0.70f, 0.73f, 0.66f}, 74);
                  }},
-                   {"leaf_winter.png",
+                {"leaf_winter.png",
                  [] {
                      return leaf({0.42f, 0.46f, 0.37f}, {0.50f, 0.51f, 0.44f}, {0.56f, 0.58f, 0.50f}, 75);
                  }},
-                   {"leaf_winter_back.png",
+                {"leaf_winter_back.png",
                  [] {
                      return leaf({0.58f, 0.60f, 0.54f}, {0.54f, 0.55f, 0.49f}, {0.66f, 0.68f, 0.62f}, 75);
                  }},
-                   {"calyx.png",
+                {"calyx.png",
                  [] {
                      return calyx({0.48f, 0.39f, 0.68f}, {0.32f, 0.24f, 0.50f}, {0.50f, 0.50f, 0.56f}, 76);
                  }},
-                   {"withered.png",
+                {"withered.png",
                  [] {
                      return calyx({0.54f, 0.48f, 0.42f}, {0.34f, 0.29f, 0.26f}, {0.50f, 0.46f, 0.50f}, 77);
                  }},
-                   {"petal.png",
+                {"petal.png",
                  [] {
                      return PaintLeaf(kPetalShape,
-                                      {
-                                          .blade = {0.56f, 0.43f, 0.86f},
-                                          .margin = {0.66f, 0.54f, 0.92f},
-                                          .vein = {0.40f, 0.26f, 0.68f},
-                                          .seed = 78},
+                                      {.blade = {0.56f, 0.43f, 0.86f},
+                                       .margin = {0.66f, 0.54f, 0.92f},
+                                       .vein = {0.40f, 0.26f, 0.68f},
+                                       .seed = 78},
                                       64);
                  }},
-                   {"petal_back.png",
+                {"petal_back.png",
                  [] {
                      return PaintLeaf(kPetalShape,
-                                      {
-                                          .blade = {0.46f, 0.34f, 0.70f},
-                                          .margin = {0.54f, 0.42f, 0.78f},
-                                          .vein = {0.40f, 0.28f, 0.62f},
-                                          .seed = 78},
+                                      {.blade = {0.46f, 0.34f, 0.70f},
+                                       .margin = {0.54f, 0.42f, 0.78f},
+                                       .vein = {0.40f, 0.28f, 0.62f},
+                                       .seed = 78},
                                       64);
                  }},
-                   },
+            },
         .materials =
             {
-                   {.id = kWood, .name = "wood", .front = {.texture = "wood.png", .diffuseRoughness = 0.5f}},
-                   {.id = kShoot, .name = "shoot", .front = {.texture = "shoot.png", .diffuseRoughness = 0.4f}},
-                   leafMaterial(kLeafSpring,                                "leaf in spring", "leaf_spring"),
-                   leafMaterial(kLeafSummer, "leaf", "leaf_summer"),
-                   leafMaterial(kLeafWinter, "leaf in winter", "leaf_winter"),
-                   {.id = kCalyx, .name = "calyx", .front = {.texture = "calyx.png", .diffuseRoughness = 0.5f}},
-                   {.id = kPetal,
+                {.id = kWood, .name = "wood", .front = {.texture = "wood.png", .diffuseRoughness = 0.5f}},
+                {.id = kShoot, .name = "shoot", .front = {.texture = "shoot.png", .diffuseRoughness = 0.4f}},
+                leafMaterial(kLeafSpring, "leaf in spring", "leaf_spring"),
+                leafMaterial(kLeafSummer, "leaf", "leaf_summer"),
+                leafMaterial(kLeafWinter, "leaf in winter", "leaf_winter"),
+                {.id = kCalyx, .name = "calyx", .front = {.texture = "calyx.png", .diffuseRoughness = 0.5f}},
+                {.id = kPetal,
                  .name = "petal",
                  .front = {.texture = "petal.png"},
                  .back = SideRecipe{.texture = "petal_back.png"},
                  .cutOut = true,
                  .translucency = 0.6,
                  .depth = 0.02},
-                   {.id = kWithered,
+                {.id = kWithered,
                  .name = "withered calyx",
                  .front = {.texture = "withered.png", .diffuseRoughness = 0.5f}},
-                   },
+            },
         .organs = organs(),
-        .ages = {young(),                                                                                                    medium(),                                   adult()                                                                                      },
+        .ages = {young(), medium(), adult()},
         .proxyBark = kWood,
         .proxyFoliage = kLeafSummer,
     };

@@ -23,39 +23,29 @@ Image needles(const vdt::Color3f& blade, const vdt::Color3f& margin, uint32_t se
 {
     return PaintLeaf(
         kNeedleTwig,
-        {
-            .blade = blade, .margin = margin, .vein = {0.42f, 0.29f, 0.18f},
-                    .veinStrength = 0.9, .seed = seed
-    },
-        256);
+        {.blade = blade, .margin = margin, .vein = {0.42f, 0.29f, 0.18f}, .veinStrength = 0.9, .seed = seed}, 256);
 }
 
 Bark trunkBark()
 {
-    return PaintRidgedBark(
-        {
-            .ridge = {0.47f, 0.36f, 0.29f},
-            .crack = {0.25f, 0.17f, 0.13f},
-            .moss = {0.44f, 0.42f, 0.34f},
-            .ridges = 22,
-            .plates = 20,
-            .mossShare = 0.25,
-            .seed = 81
-    },
-        512);
+    return PaintRidgedBark({.ridge = {0.47f, 0.36f, 0.29f},
+                            .crack = {0.25f, 0.17f, 0.13f},
+                            .moss = {0.44f, 0.42f, 0.34f},
+                            .ridges = 22,
+                            .plates = 20,
+                            .mossShare = 0.25,
+                            .seed = 81},
+                           512);
 }
 
 Image twigBark()
 {
-    return PaintSmoothBark(
-               {
-                   .skin = {0.50f, 0.34f, 0.21f},
-                   .shade = {0.36f, 0.24f, 0.15f},
-                   .pore = {0.30f, 0.20f, 0.13f},
-                   .poreShare = 0.2,
-                   .seed = 82
-    },
-               128)
+    return PaintSmoothBark({.skin = {0.50f, 0.34f, 0.21f},
+                            .shade = {0.36f, 0.24f, 0.15f},
+                            .pore = {0.30f, 0.20f, 0.13f},
+                            .poreShare = 0.2,
+                            .seed = 82},
+                           128)
         .color;
 }
 
@@ -63,31 +53,27 @@ Image twigBark()
 void spray(vdt::Mesh& mesh, int32_t material, int twigs, double length, uint64_t seed)
 {
     AddSpray(mesh,
-             {
-                 .leaves = twigs,
-                 .length = 11,
-                 .firstAt = -1,
-                 .lastAt = -0.1,
-                 .angle = {52,  8   },
-                 .angleAtTip = 8,
-                 .turn = {178, 16  },
-                 .flat = 0.9,
-                 .scale = {1,   0.15},
-                 .scaleAtTip = 1.1,
-                 .seed = seed
-    },
+             {.leaves = twigs,
+              .length = 11,
+              .firstAt = -1,
+              .lastAt = -0.1,
+              .angle = {52, 8},
+              .angleAtTip = 8,
+              .turn = {178, 16},
+              .flat = 0.9,
+              .scale = {1, 0.15},
+              .scaleAtTip = 1.1,
+              .seed = seed},
              kNeedleTwig, {.length = length, .fold = -24, .droop = 0.12, .material = material});
 }
 
 void cones(vdt::Mesh& mesh)
 {
     AddTurned(mesh,
-              {
-                  .outline = {{0, 0.2}, {1.5, 1.5}, {4, 1.9}, {9, 1.7}, {12.5, 0.9}, {13.5, 0.1}},
-                  .sides = 7,
-                  .material = kCone,
-                  .repeat = 3
-    },
+              {.outline = {{0, 0.2}, {1.5, 1.5}, {4, 1.9}, {9, 1.7}, {12.5, 0.9}, {13.5, 0.1}},
+               .sides = 7,
+               .material = kCone,
+               .repeat = 3},
               vdt::Matrix::Identity());
 }
 
@@ -119,11 +105,11 @@ AgeRecipe adult()
         .tipRadius = 0.16,
         .flare = 0.35,
         .flareHeight = 35,
-        .crown = {{0.04, 0.11},        {0.10, 0.165}, {0.22, 0.17},    {0.5, 0.12}, {0.75, 0.065}, {0.92, 0.026}, {1.0, 0.005}},
-        .trunk = {.segment = 24,      .wander = 0.4,      .pull = 0.3,         .pullAtTip = 0.3, .material = kTrunk},
+        .crown = {{0.04, 0.11}, {0.10, 0.165}, {0.22, 0.17}, {0.5, 0.12}, {0.75, 0.065}, {0.92, 0.026}, {1.0, 0.005}},
+        .trunk = {.segment = 24, .wander = 0.4, .pull = 0.3, .pullAtTip = 0.3, .material = kTrunk},
         .stems =
             {
-                  {.spacing = 5.5,
+                {.spacing = 5.5,
                  .firstAt = 0.055,
                  .lastAt = 0.995,
                  .length = {0.95, 0.14},
@@ -136,7 +122,7 @@ AgeRecipe adult()
                  .pullAtTip = 0.10,
                  .shortest = 8,
                  .material = kTwig},
-                  {.spacing = 12.5,
+                {.spacing = 12.5,
                  .firstAt = 0.22,
                  .lastAt = 0.98,
                  .length = {0.37, 0.09},
@@ -151,29 +137,29 @@ AgeRecipe adult()
                  .pullAtTip = -0.04,
                  .shortest = 10,
                  .material = kTwig},
-                  },
+            },
         .foliage =
             {
-                  {.fromLayer = 2,
+                {.fromLayer = 2,
                  .groups = {kSpray, kOtherSpray},
                  .perVertex = 1.0,
                  .angle = {0, 6},
                  .scale = {1, 0.18},
                  .faceUp = 0.9},
-                  {.fromLayer = 1,
+                {.fromLayer = 1,
                  .groups = {kSpray, kOtherSpray},
                  .firstAt = 0.2,
                  .perVertex = 1.9,
                  .angle = {0, 8},
                  .scale = {1, 0.2},
                  .faceUp = 0.85},
-                  {.fromLayer = 0,
+                {.fromLayer = 0,
                  .groups = {kTipSpray},
                  .tipOnly = true,
                  .angle = {0, 5},
                  .scale = {1, 0.15},
                  .faceUp = 0.9},
-                  {.fromLayer = 2,
+                {.fromLayer = 2,
                  .groups = {kCones},
                  .perVertex = 0.02,
                  .tipOnly = true,
@@ -181,7 +167,7 @@ AgeRecipe adult()
                  .scale = {1, 0.15},
                  .droop = 3,
                  .faceUp = 0},
-                  },
+            },
     };
 }
 
@@ -193,15 +179,7 @@ AgeRecipe medium()
     age.height = 900;
     age.trunkRadius = 10;
     age.flareHeight = 14;
-    age.crown = {
-        {0.02, 0.14 },
-        {0.08, 0.215},
-        {0.18, 0.225},
-        {0.4,  0.17 },
-        {0.7,  0.09 },
-        {0.9,  0.035},
-        {1.0,  0.006}
-    };
+    age.crown = {{0.02, 0.14}, {0.08, 0.215}, {0.18, 0.225}, {0.4, 0.17}, {0.7, 0.09}, {0.9, 0.035}, {1.0, 0.006}};
     age.trunk.segment = 15;
     age.stems[0].spacing = 4.5;
     age.stems[0].firstAt = 0.03;
@@ -218,14 +196,7 @@ AgeRecipe young()
     age.height = 250;
     age.trunkRadius = 3.2;
     age.flare = 0.1;
-    age.crown = {
-        {0.02, 0.2 },
-        {0.1,  0.28},
-        {0.2,  0.29},
-        {0.45, 0.21},
-        {0.75, 0.10},
-        {1.0,  0.02}
-    };
+    age.crown = {{0.02, 0.2}, {0.1, 0.28}, {0.2, 0.29}, {0.45, 0.21}, {0.75, 0.10}, {1.0, 0.02}};
     age.trunk.segment = 8;
     age.stems[0].spacing = 3.2;
     age.stems[0].angle = {84, 8};
@@ -241,15 +212,13 @@ AgeRecipe young()
 
 MaterialRecipe needleMaterial(Material id, const char* name, const std::string& picture)
 {
-    return {
-        .id = id,
-        .name = name,
-        .front = {.texture = picture + ".png", .specular = {0.06f, 0.06f, 0.06f}, .specularRoughness = 0.4f},
-        .back = SideRecipe{.texture = picture + "_back.png",                           .specularRoughness = 0.6f                            },
-        .cutOut = true,
-        .translucency = 0.15,
-        .depth = 0.1
-    };
+    return {.id = id,
+            .name = name,
+            .front = {.texture = picture + ".png", .specular = {0.06f, 0.06f, 0.06f}, .specularRoughness = 0.4f},
+            .back = SideRecipe{.texture = picture + "_back.png", .specularRoughness = 0.6f},
+            .cutOut = true,
+            .translucency = 0.15,
+            .depth = 0.1};
 }
 
 } // namespace
@@ -266,80 +235,78 @@ SpeciesRecipe PiceaAbies()
                    {"ja", "\u30c9\u30a4\u30c4\u30c8\u30a6\u30d2"}},
         .descriptions = {{"en", "Tall evergreen conifer of the mountains and the north of Europe, with a pointed "
                                 "crown, dark needles and hanging cones."},
-                   {"de", "Hoher immergr\u00fcner Nadelbaum der Gebirge und des Nordens Europas mit spitzer "
+                         {"de", "Hoher immergr\u00fcner Nadelbaum der Gebirge und des Nordens Europas mit spitzer "
                                 "Krone, dunklen Nadeln und h\u00e4ngenden Zapfen."},
-                   {"fr", "Grand conif\u00e8re persistant des montagnes et du nord de l'Europe, \u00e0 cime "
+                         {"fr", "Grand conif\u00e8re persistant des montagnes et du nord de l'Europe, \u00e0 cime "
                                 "pointue, aiguilles sombres et c\u00f4nes pendants."},
-                   {"es", "Gran con\u00edfera perenne de las monta\u00f1as y del norte de Europa, de copa "
+                         {"es", "Gran con\u00edfera perenne de las monta\u00f1as y del norte de Europa, de copa "
                                 "puntiaguda, ac\u00edculas oscuras y pi\u00f1as colgantes."},
-                   {"it", "Alta conifera sempreverde delle montagne e del nord Europa, dalla chioma appuntita, "
+                         {"it", "Alta conifera sempreverde delle montagne e del nord Europa, dalla chioma appuntita, "
                                 "aghi scuri e pigne pendule."},
-                   {"ja",
+                         {"ja",
                           "\u5c16\u3063\u305f\u6a39\u51a0\u3068\u6fc3\u3044\u7dd1\u306e\u8449\u3001\u5782\u308c\u4e0b"
                           "\u304c\u308b\u7403\u679c\u3092\u6301\u3064\u5e38\u7dd1\u91dd\u8449\u6a39\u3002"}},
-        .wood = {{"", {0.44f, 0.34f, 0.27f, 1}}                        },
+        .wood = {{"", {0.44f, 0.34f, 0.27f, 1}}},
         .foliage = {{"", {0.13f, 0.25f, 0.13f, 1}},
-                   {"spring", {0.20f, 0.34f, 0.15f, 1}},
-                   {"summer", {0.13f, 0.25f, 0.13f, 1}},
-                   {"autumn", {0.13f, 0.25f, 0.13f, 1}},
-                   {"winter", {0.13f, 0.22f, 0.14f, 1}}},
+                    {"spring", {0.20f, 0.34f, 0.15f, 1}},
+                    {"summer", {0.13f, 0.25f, 0.13f, 1}},
+                    {"autumn", {0.13f, 0.25f, 0.13f, 1}},
+                    {"winter", {0.13f, 0.22f, 0.14f, 1}}},
         .textures =
             {
-                   {"trunk.png", [] { return trunkBark().color; }},
-                   {"trunk_normal.png", [] { return NormalsOfHeights(trunkBark().height, 0.02); }},
-                   {"twig.png", twigBark},
-                   {"needles.png",
+                {"trunk.png", [] { return trunkBark().color; }},
+                {"trunk_normal.png", [] { return NormalsOfHeights(trunkBark().height, 0.02); }},
+                {"twig.png", twigBark},
+                {"needles.png",
                  [] {
                      return needles({0.11f, 0.23f, 0.10f}, {0.17f, 0.32f, 0.15f}, 83);
                  }},
-                   {"needles_back.png",
+                {"needles_back.png",
                  [] {
                      return needles({0.20f, 0.31f, 0.20f}, {0.26f, 0.38f, 0.26f}, 83);
                  }},
-                   {"needles_fresh.png",
+                {"needles_fresh.png",
                  [] {
                      return needles({0.36f, 0.54f, 0.18f}, {0.46f, 0.64f, 0.26f}, 84);
                  }},
-                   {"needles_fresh_back.png",
+                {"needles_fresh_back.png",
                  [] {
                      return needles({0.42f, 0.58f, 0.28f}, {0.50f, 0.66f, 0.36f}, 84);
                  }},
-                   {"needles_winter.png",
+                {"needles_winter.png",
                  [] {
                      return needles({0.11f, 0.20f, 0.11f}, {0.17f, 0.28f, 0.17f}, 85);
                  }},
-                   {"needles_winter_back.png",
+                {"needles_winter_back.png",
                  [] {
                      return needles({0.20f, 0.29f, 0.21f}, {0.26f, 0.35f, 0.27f}, 85);
                  }},
-                   {"cone.png",
+                {"cone.png",
                  [] {
-                     return PaintRidgedBark(
-                                {
-                                    .ridge = {0.58f, 0.40f, 0.24f},
-                                    .crack = {0.28f, 0.17f, 0.10f},
-                                    .moss = {0.50f, 0.42f, 0.24f},
-                                    .ridges = 10,
-                                    .plates = 9,
-                                    .mossShare = 0.2,
-                                    .seed = 86},
-                                128)
+                     return PaintRidgedBark({.ridge = {0.58f, 0.40f, 0.24f},
+                                             .crack = {0.28f, 0.17f, 0.10f},
+                                             .moss = {0.50f, 0.42f, 0.24f},
+                                             .ridges = 10,
+                                             .plates = 9,
+                                             .mossShare = 0.2,
+                                             .seed = 86},
+                                            128)
                          .color;
                  }},
-                   },
+            },
         .materials =
             {
-                   {.id = kTrunk,
+                {.id = kTrunk,
                  .name = "trunk",
                  .front = {.texture = "trunk.png", .normal = "trunk_normal.png", .diffuseRoughness = 0.4f}},
-                   {.id = kTwig, .name = "twig", .front = {.texture = "twig.png", .diffuseRoughness = 0.3f}},
-                   needleMaterial(kNeedles,                                                                                      "needles", "needles"),
-                   needleMaterial(kFreshNeedles, "fresh needles", "needles_fresh"),
-                   needleMaterial(kWinterNeedles, "needles in winter", "needles_winter"),
-                   {.id = kCone, .name = "cone", .front = {.texture = "cone.png", .diffuseRoughness = 0.4f}},
-                   },
+                {.id = kTwig, .name = "twig", .front = {.texture = "twig.png", .diffuseRoughness = 0.3f}},
+                needleMaterial(kNeedles, "needles", "needles"),
+                needleMaterial(kFreshNeedles, "fresh needles", "needles_fresh"),
+                needleMaterial(kWinterNeedles, "needles in winter", "needles_winter"),
+                {.id = kCone, .name = "cone", .front = {.texture = "cone.png", .diffuseRoughness = 0.4f}},
+            },
         .organs = organs(),
-        .ages = {young(),                                                                   medium(),                                                     adult()                                                                          },
+        .ages = {young(), medium(), adult()},
         .proxyBark = kTrunk,
         .proxyFoliage = kNeedles,
     };

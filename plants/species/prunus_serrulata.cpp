@@ -23,14 +23,12 @@ Image leaf(const vdt::Color3f& blade, const vdt::Color3f& margin, const vdt::Col
            double spotShare = 0)
 {
     return PaintLeaf(kLeaf,
-                     {
-                         .blade = blade,
-                         .margin = margin,
-                         .vein = vein,
-                         .spot = {0.40f, 0.16f, 0.08f},
-                         .spotShare = spotShare,
-                         .seed = seed
-    },
+                     {.blade = blade,
+                      .margin = margin,
+                      .vein = vein,
+                      .spot = {0.40f, 0.16f, 0.08f},
+                      .spotShare = spotShare,
+                      .seed = seed},
                      256);
 }
 
@@ -66,16 +64,13 @@ Image blossom(double lightness)
 
 Bark trunkBark(uint32_t seed, uint32_t size)
 {
-    return PaintPaperBark(
-        {
-            .paper = {0.42f, 0.32f, 0.29f},
-            .peel = {0.32f, 0.23f, 0.20f},
-            .pore = {0.58f, 0.46f, 0.38f},
-            .patch = {0.22f, 0.17f, 0.15f},
-            .patchShare = 0.22,
-            .seed = seed
-    },
-        size);
+    return PaintPaperBark({.paper = {0.42f, 0.32f, 0.29f},
+                           .peel = {0.32f, 0.23f, 0.20f},
+                           .pore = {0.58f, 0.46f, 0.38f},
+                           .patch = {0.22f, 0.17f, 0.15f},
+                           .patchShare = 0.22,
+                           .seed = seed},
+                          size);
 }
 
 // Flowers that hang in a bunch on long stalks, looking every way.
@@ -96,19 +91,17 @@ void cluster(vdt::Mesh& mesh, int flowers, double size, uint64_t seed)
 void spray(vdt::Mesh& mesh, int32_t material, int leaves, double length, uint64_t seed)
 {
     AddSpray(mesh,
-             {
-                 .leaves = leaves,
-                 .length = 12,
-                 .firstAt = -0.9,
-                 .lastAt = 0.05,
-                 .angle = {66,  12  },
-                 .angleAtTip = 36,
-                 .turn = {145, 25  },
-                 .flat = 0.6,
-                 .scale = {1,   0.16},
-                 .scaleAtTip = 0.85,
-                 .seed = seed
-    },
+             {.leaves = leaves,
+              .length = 12,
+              .firstAt = -0.9,
+              .lastAt = 0.05,
+              .angle = {66, 12},
+              .angleAtTip = 36,
+              .turn = {145, 25},
+              .flat = 0.6,
+              .scale = {1, 0.16},
+              .scaleAtTip = 0.85,
+              .seed = seed},
              kLeaf, {.length = length, .fold = 18, .droop = 0.22, .material = material});
 }
 
@@ -128,11 +121,7 @@ std::vector<OrganRecipe> organs()
     add(kSpray, "autumn", "turning spray", kLeafAutumn, 5, 11.0);
     add(kOtherSpray, "autumn", "red spray", kLeafRed, 4, 12.0);
     list.push_back({kBuds, "winter", "buds", [](vdt::Mesh& mesh) {
-                        AddTurned(mesh,
-                                  {
-                                      .outline = {{0, 0.12}, {0.5, 0.3}, {1.3, 0.02}},
-                                        .sides = 4, .material = kBud
-                        },
+                        AddTurned(mesh, {.outline = {{0, 0.12}, {0.5, 0.3}, {1.3, 0.02}}, .sides = 4, .material = kBud},
                                   vdt::Matrix::Identity());
                     }});
     return list;
@@ -148,21 +137,21 @@ AgeRecipe adult()
         .tipRadius = 0.22,
         .flare = 0.4,
         .flareHeight = 20,
-        .crown = {{0.20, 0.10},   {0.32, 0.34}, {0.5, 0.50}, {0.68, 0.54}, {0.84, 0.44}, {0.95, 0.25}, {1.0, 0.08}},
+        .crown = {{0.20, 0.10}, {0.32, 0.34}, {0.5, 0.50}, {0.68, 0.54}, {0.84, 0.44}, {0.95, 0.25}, {1.0, 0.08}},
         .scaffold = ScaffoldRecipe{.buds = 1000,
-                  .reach = 260,
-                  .nearEnough = 48,
-                  .step = 21,
-                  .wander = 0.18,
-                  .pull = 0.16,
-                  .hollow = 0.6,
-                  .clearance = 0.02,
-                  .twigWood = 380,
-                  .material = kTrunk,
-                  .thinMaterial = kTwig},
+                                   .reach = 260,
+                                   .nearEnough = 48,
+                                   .step = 21,
+                                   .wander = 0.18,
+                                   .pull = 0.16,
+                                   .hollow = 0.6,
+                                   .clearance = 0.02,
+                                   .twigWood = 380,
+                                   .material = kTrunk,
+                                   .thinMaterial = kTwig},
         .stems =
             {
-                  {.spacing = 8,
+                {.spacing = 8,
                  .firstAt = 0.0,
                  .lastAt = 1.0,
                  .length = {58, 20},
@@ -176,29 +165,29 @@ AgeRecipe adult()
                  .pullAtTip = 0.02,
                  .shortest = 14,
                  .material = kTwig},
-                  },
+            },
         .foliage =
             {
-                  {.fromLayer = 1,
+                {.fromLayer = 1,
                  .groups = {kCluster, kCluster, kLooseCluster},
                  .perVertex = 2.1,
                  .angle = {50, 40},
                  .scale = {1, 0.2},
                  .droop = 0.5,
                  .faceUp = 0.2},
-                  {.fromLayer = 1,
+                {.fromLayer = 1,
                  .groups = {kSpray, kOtherSpray},
                  .perVertex = 1.25,
                  .angle = {0, 8},
                  .scale = {1, 0.2},
                  .faceUp = 0.7},
-                  {.fromLayer = 1,
+                {.fromLayer = 1,
                  .groups = {kSpray, kBuds},
                  .tipOnly = true,
                  .angle = {0, 6},
                  .scale = {1, 0.2},
                  .faceUp = 0.7},
-                  },
+            },
     };
 }
 
@@ -210,14 +199,7 @@ AgeRecipe medium()
     age.height = 480;
     age.trunkRadius = 8;
     age.flareHeight = 10;
-    age.crown = {
-        {0.24, 0.08},
-        {0.36, 0.26},
-        {0.55, 0.38},
-        {0.72, 0.40},
-        {0.88, 0.28},
-        {1.0,  0.07}
-    };
+    age.crown = {{0.24, 0.08}, {0.36, 0.26}, {0.55, 0.38}, {0.72, 0.40}, {0.88, 0.28}, {1.0, 0.07}};
     age.scaffold->buds = 420;
     age.scaffold->reach = 180;
     age.scaffold->nearEnough = 40;
@@ -234,14 +216,7 @@ AgeRecipe young()
     age.height = 240;
     age.trunkRadius = 2.8;
     age.flare = 0.2;
-    age.crown = {
-        {0.3,  0.06},
-        {0.42, 0.18},
-        {0.6,  0.27},
-        {0.78, 0.26},
-        {0.92, 0.16},
-        {1.0,  0.05}
-    };
+    age.crown = {{0.3, 0.06}, {0.42, 0.18}, {0.6, 0.27}, {0.78, 0.26}, {0.92, 0.16}, {1.0, 0.05}};
     age.scaffold->buds = 110;
     age.scaffold->reach = 110;
     age.scaffold->nearEnough = 30;
@@ -256,15 +231,13 @@ AgeRecipe young()
 
 MaterialRecipe leafMaterial(Material id, const char* name, const std::string& picture)
 {
-    return {
-        .id = id,
-        .name = name,
-        .front = {.texture = picture + ".png", .specular = {0.08f, 0.08f, 0.08f}, .specularRoughness = 0.35f},
-        .back = SideRecipe{.texture = picture + "_back.png",                           .specularRoughness = 0.6f                            },
-        .cutOut = true,
-        .translucency = 0.45,
-        .depth = 0.03
-    };
+    return {.id = id,
+            .name = name,
+            .front = {.texture = picture + ".png", .specular = {0.08f, 0.08f, 0.08f}, .specularRoughness = 0.35f},
+            .back = SideRecipe{.texture = picture + "_back.png", .specularRoughness = 0.6f},
+            .cutOut = true,
+            .translucency = 0.45,
+            .depth = 0.03};
 }
 
 } // namespace
@@ -281,99 +254,97 @@ SpeciesRecipe PrunusSerrulata()
                    {"ja", "\u30b5\u30c8\u30b6\u30af\u30e9"}},
         .descriptions = {{"en", "Small flowering tree of East Asian gardens with rising boughs. Double pink blossom in "
                                 "spring, orange and red leaves in autumn."},
-                   {"de",
+                         {"de",
                           "Kleiner Bl\u00fctenbaum ostasiatischer G\u00e4rten mit aufstrebenden \u00c4sten. "
                           "Gef\u00fcllte rosa Bl\u00fcten im Fr\u00fchling, orange und rote Bl\u00e4tter im Herbst."},
-                   {"fr", "Petit arbre \u00e0 fleurs des jardins d'Asie orientale, aux branches dress\u00e9es. "
+                         {"fr", "Petit arbre \u00e0 fleurs des jardins d'Asie orientale, aux branches dress\u00e9es. "
                                 "Fleurs doubles roses au printemps, feuilles orange et rouges en automne."},
-                   {"es", "Peque\u00f1o \u00e1rbol de flor de los jardines de Asia oriental, de ramas erguidas. "
+                         {"es", "Peque\u00f1o \u00e1rbol de flor de los jardines de Asia oriental, de ramas erguidas. "
                                 "Flores dobles rosadas en primavera, hojas anaranjadas y rojas en oto\u00f1o."},
-                   {"it", "Piccolo albero da fiore dei giardini dell'Asia orientale, dai rami ascendenti. Fiori "
+                         {"it", "Piccolo albero da fiore dei giardini dell'Asia orientale, dai rami ascendenti. Fiori "
                                 "doppi rosa in primavera, foglie arancioni e rosse in autunno."},
-                   {"ja", "\u6625\u306b\u516b\u91cd\u306e\u6de1\u7d05\u8272\u306e\u82b1\u3092\u54b2\u304b\u305b"
+                         {"ja", "\u6625\u306b\u516b\u91cd\u306e\u6de1\u7d05\u8272\u306e\u82b1\u3092\u54b2\u304b\u305b"
                                 "\u3001\u79cb\u306b\u306f\u8d64\u304f\u7d05\u8449\u3059\u308b\u82b1\u6728\u3002"}},
         .wood = {{"", {0.38f, 0.29f, 0.26f, 1}}},
         .foliage = {{"", {0.25f, 0.38f, 0.14f, 1}},
-                   {"spring", {0.95f, 0.72f, 0.80f, 1}},
-                   {"summer", {0.25f, 0.38f, 0.14f, 1}},
-                   {"autumn", {0.78f, 0.36f, 0.14f, 1}},
-                   {"winter", {0.38f, 0.27f, 0.22f, 1}}},
+                    {"spring", {0.95f, 0.72f, 0.80f, 1}},
+                    {"summer", {0.25f, 0.38f, 0.14f, 1}},
+                    {"autumn", {0.78f, 0.36f, 0.14f, 1}},
+                    {"winter", {0.38f, 0.27f, 0.22f, 1}}},
         .textures =
             {
-                   {"trunk.png", [] { return trunkBark(91, 512).color; }},
-                   {"trunk_normal.png", [] { return NormalsOfHeights(trunkBark(91, 512).height, 0.015); }},
-                   {"twig.png", [] { return trunkBark(92, 128).color; }},
-                   {"blossom.png", [] { return blossom(1); }},
-                   {"blossom_back.png", [] { return blossom(0.9); }},
-                   {"leaf_spring.png",
+                {"trunk.png", [] { return trunkBark(91, 512).color; }},
+                {"trunk_normal.png", [] { return NormalsOfHeights(trunkBark(91, 512).height, 0.015); }},
+                {"twig.png", [] { return trunkBark(92, 128).color; }},
+                {"blossom.png", [] { return blossom(1); }},
+                {"blossom_back.png", [] { return blossom(0.9); }},
+                {"leaf_spring.png",
                  [] {
                      return leaf({0.50f, 0.44f, 0.18f}, {0.54f, 0.36f, 0.18f}, {0.70f, 0.58f, 0.36f}, 93);
                  }},
-                   {"leaf_spring_back.png",
+                {"leaf_spring_back.png",
                  [] {
                      return leaf({0.56f, 0.50f, 0.28f}, {0.58f, 0.44f, 0.26f}, {0.72f, 0.62f, 0.42f}, 93);
                  }},
-                   {"leaf_summer.png",
+                {"leaf_summer.png",
                  [] {
                      return leaf({0.20f, 0.35f, 0.10f}, {0.26f, 0.42f, 0.14f}, {0.50f, 0.60f, 0.30f}, 94);
                  }},
-                   {"leaf_summer_back.png",
+                {"leaf_summer_back.png",
                  [] {
                      return leaf({0.36f, 0.48f, 0.26f}, {0.40f, 0.52f, 0.30f}, {0.56f, 0.66f, 0.42f}, 94);
                  }},
-                   {"leaf_autumn.png",
+                {"leaf_autumn.png",
                  [] {
                      return leaf({0.86f, 0.54f, 0.14f}, {0.84f, 0.34f, 0.10f}, {0.92f, 0.72f, 0.36f}, 95, 0.12);
                  }},
-                   {"leaf_autumn_back.png",
+                {"leaf_autumn_back.png",
                  [] {
                      return leaf({0.84f, 0.60f, 0.32f}, {0.80f, 0.46f, 0.26f}, {0.90f, 0.74f, 0.46f}, 95, 0.12);
                  }},
-                   {"leaf_red.png",
+                {"leaf_red.png",
                  [] {
                      return leaf({0.74f, 0.24f, 0.10f}, {0.60f, 0.12f, 0.09f}, {0.88f, 0.56f, 0.26f}, 96, 0.12);
                  }},
-                   {"leaf_red_back.png",
+                {"leaf_red_back.png",
                  [] {
                      return leaf({0.74f, 0.38f, 0.26f}, {0.66f, 0.28f, 0.22f}, {0.84f, 0.60f, 0.38f}, 96, 0.12);
                  }},
-                   {"bud.png",
+                {"bud.png",
                  [] {
-                     return PaintSmoothBark(
-                                {
-                                    .skin = {0.48f, 0.28f, 0.20f},
-                                    .shade = {0.36f, 0.20f, 0.15f},
-                                    .pore = {0.60f, 0.40f, 0.30f},
-                                    .poreShare = 0.1,
-                                    .seed = 97},
-                                64)
+                     return PaintSmoothBark({.skin = {0.48f, 0.28f, 0.20f},
+                                             .shade = {0.36f, 0.20f, 0.15f},
+                                             .pore = {0.60f, 0.40f, 0.30f},
+                                             .poreShare = 0.1,
+                                             .seed = 97},
+                                            64)
                          .color;
                  }},
-                   },
+            },
         .materials =
             {
-                   {.id = kTrunk,
+                {.id = kTrunk,
                  .name = "trunk",
                  .front = {.texture = "trunk.png",
                            .normal = "trunk_normal.png",
                            .diffuseRoughness = 0.2f,
                            .specular = {0.05f, 0.05f, 0.05f}}},
-                   {.id = kTwig, .name = "twig", .front = {.texture = "twig.png", .diffuseRoughness = 0.2f}},
-                   {.id = kBlossom,
+                {.id = kTwig, .name = "twig", .front = {.texture = "twig.png", .diffuseRoughness = 0.2f}},
+                {.id = kBlossom,
                  .name = "blossom",
                  .front = {.texture = "blossom.png"},
                  .back = SideRecipe{.texture = "blossom_back.png"},
                  .cutOut = true,
                  .translucency = 0.6,
                  .depth = 0.02},
-                   leafMaterial(kLeafSpring, "leaf in spring", "leaf_spring"),
-                   leafMaterial(kLeafSummer, "leaf in summer", "leaf_summer"),
-                   leafMaterial(kLeafAutumn, "turning leaf", "leaf_autumn"),
-                   leafMaterial(kLeafRed, "red leaf", "leaf_red"),
-                   {.id = kBud, .name = "bud", .front = {.texture = "bud.png", .diffuseRoughness = 0.3f}},
-                   },
+                leafMaterial(kLeafSpring, "leaf in spring", "leaf_spring"),
+                leafMaterial(kLeafSummer, "leaf in summer", "leaf_summer"),
+                leafMaterial(kLeafAutumn, "turning leaf", "leaf_autumn"),
+                leafMaterial(kLeafRed, "red leaf", "leaf_red"),
+                {.id = kBud, .name = "bud", .front = {.texture = "bud.png", .diffuseRoughness = 0.3f}},
+            },
         .organs = organs(),
-        .ages = {young(),                                              medium(),                                                           adult()                                                                         },
+        .ages = {young(), medium(), adult()},
         .proxyBark = kTrunk,
         .proxyFoliage = kLeafSummer,
         .storeProxy = true,

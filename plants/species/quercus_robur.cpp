@@ -32,44 +32,36 @@ Image leaf(const vdt::Color3f& blade, const vdt::Color3f& margin, const vdt::Col
            double spotShare = 0)
 {
     return PaintLeaf(kLeaf,
-                     {
-                         .blade = blade,
-                         .margin = margin,
-                         .vein = vein,
-                         .veinStrength = 0.6,
-                         .spot = {0.38f, 0.22f, 0.09f},
-                         .spotShare = spotShare,
-                         .seed = seed
-    },
+                     {.blade = blade,
+                      .margin = margin,
+                      .vein = vein,
+                      .veinStrength = 0.6,
+                      .spot = {0.38f, 0.22f, 0.09f},
+                      .spotShare = spotShare,
+                      .seed = seed},
                      256);
 }
 
 Bark trunkBark()
 {
-    return PaintRidgedBark(
-        {
-            .ridge = {0.47f, 0.42f, 0.35f},
-            .crack = {0.16f, 0.13f, 0.10f},
-            .moss = {0.40f, 0.43f, 0.25f},
-            .ridges = 24,
-            .plates = 6,
-            .mossShare = 0.14,
-            .seed = 41
-    },
-        512);
+    return PaintRidgedBark({.ridge = {0.47f, 0.42f, 0.35f},
+                            .crack = {0.16f, 0.13f, 0.10f},
+                            .moss = {0.40f, 0.43f, 0.25f},
+                            .ridges = 24,
+                            .plates = 6,
+                            .mossShare = 0.14,
+                            .seed = 41},
+                           512);
 }
 
 Image twigBark()
 {
-    return PaintSmoothBark(
-               {
-                   .skin = {0.42f, 0.36f, 0.29f},
-                   .shade = {0.30f, 0.25f, 0.20f},
-                   .pore = {0.56f, 0.50f, 0.42f},
-                   .poreShare = 0.14,
-                   .seed = 42
-    },
-               128)
+    return PaintSmoothBark({.skin = {0.42f, 0.36f, 0.29f},
+                            .shade = {0.30f, 0.25f, 0.20f},
+                            .pore = {0.56f, 0.50f, 0.42f},
+                            .poreShare = 0.14,
+                            .seed = 42},
+                           128)
         .color;
 }
 
@@ -77,19 +69,17 @@ Image twigBark()
 void tuft(vdt::Mesh& mesh, int32_t material, int leaves, double leafLength, uint64_t seed)
 {
     AddSpray(mesh,
-             {
-                 .leaves = leaves,
-                 .length = 7,
-                 .firstAt = -0.7,
-                 .lastAt = 0.1,
-                 .angle = {78,    12  },
-                 .angleAtTip = 32,
-                 .turn = {137.5, 18  },
-                 .flat = 0.45,
-                 .scale = {1,     0.16},
-                 .scaleAtTip = 0.9,
-                 .seed = seed
-    },
+             {.leaves = leaves,
+              .length = 7,
+              .firstAt = -0.7,
+              .lastAt = 0.1,
+              .angle = {78, 12},
+              .angleAtTip = 32,
+              .turn = {137.5, 18},
+              .flat = 0.45,
+              .scale = {1, 0.16},
+              .scaleAtTip = 0.9,
+              .seed = seed},
              kLeaf, {.length = leafLength, .fold = 10, .droop = 0.16, .material = material});
 }
 
@@ -97,25 +87,12 @@ void acorns(vdt::Mesh& mesh)
 {
     // Two on one long stalk, hanging.
     const vdt::Matrix stalk = StandingFrame({0, 0, 0}, {0.1, 1, 0}, {0, 0, 1});
-    AddTurned(mesh,
-              {
-                  .outline = {{0, 0.09}, {5.5, 0.07}},
-                    .sides = 3, .material = kTwig
-    },
-              stalk);
+    AddTurned(mesh, {.outline = {{0, 0.09}, {5.5, 0.07}}, .sides = 3, .material = kTwig}, stalk);
     const auto acorn = [&](const vdt::Vector3& place, const vdt::Vector3& direction) {
         const vdt::Matrix frame = StandingFrame(place, direction, {0, 0, 1});
+        AddTurned(mesh, {.outline = {{0, 0.1}, {0.15, 0.55}, {0.6, 0.88}, {1.0, 0.84}}, .material = kCup}, frame);
         AddTurned(mesh,
-                  {
-                      .outline = {{0, 0.1}, {0.15, 0.55}, {0.6, 0.88}, {1.0, 0.84}},
-                        .material = kCup
-        },
-                  frame);
-        AddTurned(mesh,
-                  {
-                      .outline = {{0.7, 0.74}, {1.7, 0.78}, {2.4, 0.55}, {2.8, 0.18}, {2.95, 0.02}},
-                        .material = kNut
-        },
+                  {.outline = {{0.7, 0.74}, {1.7, 0.78}, {2.4, 0.55}, {2.8, 0.18}, {2.95, 0.02}}, .material = kNut},
                   frame);
     };
     acorn({0.55, 5.5, 0}, {0.25, 1, 0.1});
@@ -154,15 +131,15 @@ std::vector<FoliageRule> foliage()
          .angle = {10, 10},
          .scale = {1.05, 0.2},
          .droop = -0.1,
-         .faceUp = 0.75 },
-        {              .fromLayer = 1,
+         .faceUp = 0.75},
+        {.fromLayer = 1,
          .groups = {kOtherTuft, kSpray},
          .firstAt = 0.3,
          .perVertex = 0.95,
          .angle = {35, 25},
          .scale = {1, 0.22},
          .faceUp = 0.7},
-        { .fromLayer = 2,
+        {.fromLayer = 2,
          .groups = {kAcorns},
          .perVertex = 0.12,
          .tipOnly = true,
@@ -170,7 +147,7 @@ std::vector<FoliageRule> foliage()
          .scale = {1, 0.12},
          .droop = 1.4,
          .faceUp = 0},
-        {   .fromLayer = 2,
+        {.fromLayer = 2,
          .groups = {kDryLeaves},
          .perVertex = 0.03,
          .tipOnly = true,
@@ -200,19 +177,19 @@ AgeRecipe adult()
                   {0.93, 0.24},
                   {1.0, 0.06}},
         .scaffold = ScaffoldRecipe{.buds = 2600,
-                  .reach = 420,
-                  .nearEnough = 75,
-                  .step = 34,
-                  .wander = 0.34,
-                  .pull = 0.06,
-                  .hollow = 0.75,
-                  .clearance = 0.19,
-                  .twigWood = 620,
-                  .material = kTrunk,
-                  .thinMaterial = kTwig},
+                                   .reach = 420,
+                                   .nearEnough = 75,
+                                   .step = 34,
+                                   .wander = 0.34,
+                                   .pull = 0.06,
+                                   .hollow = 0.75,
+                                   .clearance = 0.19,
+                                   .twigWood = 620,
+                                   .material = kTrunk,
+                                   .thinMaterial = kTwig},
         .stems =
             {
-                  {.spacing = 14,
+                {.spacing = 14,
                  .firstAt = 0.0,
                  .lastAt = 1.0,
                  .length = {62, 20},
@@ -226,7 +203,7 @@ AgeRecipe adult()
                  .pullAtTip = 0.04,
                  .shortest = 18,
                  .material = kTwig},
-                  {.spacing = 12,
+                {.spacing = 12,
                  .firstAt = 0.15,
                  .lastAt = 1.0,
                  .length = {0.55, 0.2},
@@ -240,7 +217,7 @@ AgeRecipe adult()
                  .pullAtTip = 0.05,
                  .shortest = 9,
                  .material = kTwig},
-                  },
+            },
         .foliage = foliage(),
     };
 }
@@ -254,15 +231,7 @@ AgeRecipe medium()
     age.trunkRadius = 17;
     age.flare = 0.4;
     age.flareHeight = 22;
-    age.crown = {
-        {0.17, 0.16},
-        {0.26, 0.32},
-        {0.4,  0.42},
-        {0.58, 0.44},
-        {0.75, 0.37},
-        {0.9,  0.21},
-        {1.0,  0.05}
-    };
+    age.crown = {{0.17, 0.16}, {0.26, 0.32}, {0.4, 0.42}, {0.58, 0.44}, {0.75, 0.37}, {0.9, 0.21}, {1.0, 0.05}};
     age.scaffold->buds = 1000;
     age.scaffold->reach = 300;
     age.scaffold->nearEnough = 62;
@@ -278,14 +247,7 @@ AgeRecipe young()
     age.height = 380;
     age.trunkRadius = 4.2;
     age.flareHeight = 8;
-    age.crown = {
-        {0.2,  0.10},
-        {0.32, 0.26},
-        {0.48, 0.34},
-        {0.66, 0.32},
-        {0.84, 0.20},
-        {1.0,  0.05}
-    };
+    age.crown = {{0.2, 0.10}, {0.32, 0.26}, {0.48, 0.34}, {0.66, 0.32}, {0.84, 0.20}, {1.0, 0.05}};
     age.scaffold->buds = 170;
     age.scaffold->reach = 160;
     age.scaffold->nearEnough = 38;
@@ -304,13 +266,12 @@ MaterialRecipe leafMaterial(Material id, const char* name, const std::string& pi
     return {
         .id = id,
         .name = name,
-        .front = {.texture = picture + ".png",      .specular = {0.08f, 0.08f, 0.08f}, .specularRoughness = 0.35f},
+        .front = {.texture = picture + ".png", .specular = {0.08f, 0.08f, 0.08f}, .specularRoughness = 0.35f},
         .back =
-            SideRecipe{.texture = picture + "_back.png", .specular = {0.02f, 0.02f, 0.02f}, .specularRoughness = 0.6f },
+            SideRecipe{.texture = picture + "_back.png", .specular = {0.02f, 0.02f, 0.02f}, .specularRoughness = 0.6f},
         .cutOut = true,
         .translucency = 0.4,
-        .depth = 0.04
-    };
+        .depth = 0.04};
 }
 
 } // namespace
@@ -328,113 +289,109 @@ SpeciesRecipe QuercusRobur()
         .descriptions =
             {{"en", "Mighty deciduous tree of Europe with a wide crown, twisting limbs and lobed leaves. Its acorns "
                     "hang on long stalks. Lives for many centuries."},
-                   {"de", "M\u00e4chtiger Laubbaum Europas mit breiter Krone, knorrigen \u00c4sten und gelappten "
+             {"de", "M\u00e4chtiger Laubbaum Europas mit breiter Krone, knorrigen \u00c4sten und gelappten "
                     "Bl\u00e4ttern. Die Eicheln h\u00e4ngen an langen Stielen. Wird viele Jahrhunderte alt."},
-                   {"fr", "Arbre majestueux d'Europe \u00e0 large couronne, aux branches tortueuses et aux feuilles "
+             {"fr", "Arbre majestueux d'Europe \u00e0 large couronne, aux branches tortueuses et aux feuilles "
                     "lob\u00e9es. Ses glands pendent au bout de longs p\u00e9doncules. Vit plusieurs si\u00e8cles."},
-                   {"es", "\u00c1rbol majestuoso de Europa, de copa ancha, ramas retorcidas y hojas lobuladas. Sus bellotas "
+             {"es", "\u00c1rbol majestuoso de Europa, de copa ancha, ramas retorcidas y hojas lobuladas. Sus bellotas "
                     "cuelgan de largos ped\u00fanculos. Vive muchos siglos."},
-                   {"it", "Albero maestoso d'Europa dalla chioma ampia, dai rami contorti e dalle foglie lobate. Le ghiande "
+             {"it", "Albero maestoso d'Europa dalla chioma ampia, dai rami contorti e dalle foglie lobate. Le ghiande "
                     "pendono da lunghi peduncoli. Vive molti secoli."},
-                   {"ja", "\u5e83\u3044\u6a39\u51a0\u3068\u66f2\u304c\u308a\u304f\u306d\u3063\u305f\u592a\u679d\u3001\u6d45"
+             {"ja", "\u5e83\u3044\u6a39\u51a0\u3068\u66f2\u304c\u308a\u304f\u306d\u3063\u305f\u592a\u679d\u3001\u6d45"
                     "\u304f\u88c2\u3051\u305f\u8449\u3092\u6301\u3064\u5927\u6728\u3002\u3069\u3093\u3050\u308a\u306f"
                     "\u9577\u3044\u67c4\u306b\u4e0b\u304c\u308b\u3002"}},
         .wood = {{"", {0.44f, 0.39f, 0.33f, 1}}, {"winter", {0.42f, 0.38f, 0.33f, 1}}},
         .foliage = {{"", {0.24f, 0.37f, 0.12f, 1}},
-                   {"spring", {0.52f, 0.60f, 0.22f, 1}},
-                   {"summer", {0.24f, 0.37f, 0.12f, 1}},
-                   {"autumn", {0.62f, 0.42f, 0.16f, 1}},
-                   {"winter", {0.46f, 0.34f, 0.22f, 1}}},
+                    {"spring", {0.52f, 0.60f, 0.22f, 1}},
+                    {"summer", {0.24f, 0.37f, 0.12f, 1}},
+                    {"autumn", {0.62f, 0.42f, 0.16f, 1}},
+                    {"winter", {0.46f, 0.34f, 0.22f, 1}}},
         .textures =
             {
-                   {"trunk.png", [] { return trunkBark().color; }},
-                   {"trunk_normal.png", [] { return NormalsOfHeights(trunkBark().height, 0.035); }},
-                   {"twig.png", twigBark},
-                   {"leaf_spring.png",
+                {"trunk.png", [] { return trunkBark().color; }},
+                {"trunk_normal.png", [] { return NormalsOfHeights(trunkBark().height, 0.035); }},
+                {"twig.png", twigBark},
+                {"leaf_spring.png",
                  [] {
                      return leaf({0.50f, 0.60f, 0.20f}, {0.58f, 0.62f, 0.24f}, {0.74f, 0.78f, 0.46f}, 51);
                  }},
-                   {"leaf_spring_back.png",
+                {"leaf_spring_back.png",
                  [] {
                      return leaf({0.58f, 0.66f, 0.36f}, {0.62f, 0.68f, 0.38f}, {0.76f, 0.80f, 0.56f}, 51);
                  }},
-                   {"leaf_summer.png",
+                {"leaf_summer.png",
                  [] {
                      return leaf({0.19f, 0.33f, 0.09f}, {0.25f, 0.40f, 0.12f}, {0.52f, 0.60f, 0.30f}, 52);
                  }},
-                   {"leaf_summer_back.png",
+                {"leaf_summer_back.png",
                  [] {
                      return leaf({0.38f, 0.48f, 0.28f}, {0.42f, 0.52f, 0.32f}, {0.58f, 0.66f, 0.44f}, 52);
                  }},
-                   {"leaf_autumn.png",
+                {"leaf_autumn.png",
                  [] {
                      return leaf({0.52f, 0.50f, 0.14f}, {0.68f, 0.47f, 0.13f}, {0.74f, 0.66f, 0.32f}, 53, 0.25);
                  }},
-                   {"leaf_autumn_back.png",
+                {"leaf_autumn_back.png",
                  [] {
                      return leaf({0.60f, 0.57f, 0.30f}, {0.68f, 0.54f, 0.28f}, {0.74f, 0.68f, 0.42f}, 53, 0.25);
                  }},
-                   {"leaf_russet.png",
+                {"leaf_russet.png",
                  [] {
                      return leaf({0.68f, 0.44f, 0.14f}, {0.54f, 0.30f, 0.10f}, {0.80f, 0.62f, 0.32f}, 54, 0.30);
                  }},
-                   {"leaf_russet_back.png",
+                {"leaf_russet_back.png",
                  [] {
                      return leaf({0.70f, 0.54f, 0.30f}, {0.60f, 0.42f, 0.22f}, {0.78f, 0.64f, 0.40f}, 54, 0.30);
                  }},
-                   {"leaf_dry.png",
+                {"leaf_dry.png",
                  [] {
                      return leaf({0.50f, 0.36f, 0.22f}, {0.42f, 0.29f, 0.17f}, {0.60f, 0.46f, 0.30f}, 55, 0.2);
                  }},
-                   {"leaf_dry_back.png",
+                {"leaf_dry_back.png",
                  [] {
                      return leaf({0.56f, 0.44f, 0.30f}, {0.50f, 0.38f, 0.25f}, {0.62f, 0.50f, 0.36f}, 55, 0.2);
                  }},
-                   {"acorn.png",
+                {"acorn.png",
                  [] {
-                     return PaintSmoothBark(
-                                {
-                                    .skin = {0.56f, 0.50f, 0.20f},
-                                    .shade = {0.48f, 0.34f, 0.13f},
-                                    .pore = {0.60f, 0.54f, 0.28f},
-                                    .poreShare = 0,
-                                    .seed = 61},
-                                64)
+                     return PaintSmoothBark({.skin = {0.56f, 0.50f, 0.20f},
+                                             .shade = {0.48f, 0.34f, 0.13f},
+                                             .pore = {0.60f, 0.54f, 0.28f},
+                                             .poreShare = 0,
+                                             .seed = 61},
+                                            64)
                          .color;
                  }},
-                   {"cup.png",
+                {"cup.png",
                  [] {
-                     return PaintRidgedBark(
-                                {
-                                    .ridge = {0.56f, 0.50f, 0.38f},
-                                    .crack = {0.30f, 0.25f, 0.17f},
-                                    .moss = {0.50f, 0.50f, 0.32f},
-                                    .ridges = 10,
-                                    .plates = 8,
-                                    .mossShare = 0.3,
-                                    .seed = 62},
-                                64)
+                     return PaintRidgedBark({.ridge = {0.56f, 0.50f, 0.38f},
+                                             .crack = {0.30f, 0.25f, 0.17f},
+                                             .moss = {0.50f, 0.50f, 0.32f},
+                                             .ridges = 10,
+                                             .plates = 8,
+                                             .mossShare = 0.3,
+                                             .seed = 62},
+                                            64)
                          .color;
                  }},
-                   },
+            },
         .materials =
             {
-                   {.id = kTrunk,
+                {.id = kTrunk,
                  .name = "trunk",
                  .front = {.texture = "trunk.png", .normal = "trunk_normal.png", .diffuseRoughness = 0.5f}},
-                   {.id = kTwig, .name = "twig", .front = {.texture = "twig.png", .diffuseRoughness = 0.3f}},
-                   leafMaterial(kLeafSpring,                                                  "leaf in spring", "leaf_spring"),
-                   leafMaterial(kLeafSummer, "leaf in summer", "leaf_summer"),
-                   leafMaterial(kLeafAutumn, "turning leaf", "leaf_autumn"),
-                   leafMaterial(kLeafRusset, "russet leaf", "leaf_russet"),
-                   leafMaterial(kLeafDry, "dry leaf", "leaf_dry"),
-                   {.id = kNut,
+                {.id = kTwig, .name = "twig", .front = {.texture = "twig.png", .diffuseRoughness = 0.3f}},
+                leafMaterial(kLeafSpring, "leaf in spring", "leaf_spring"),
+                leafMaterial(kLeafSummer, "leaf in summer", "leaf_summer"),
+                leafMaterial(kLeafAutumn, "turning leaf", "leaf_autumn"),
+                leafMaterial(kLeafRusset, "russet leaf", "leaf_russet"),
+                leafMaterial(kLeafDry, "dry leaf", "leaf_dry"),
+                {.id = kNut,
                  .name = "acorn",
                  .front = {.texture = "acorn.png", .specular = {0.15f, 0.15f, 0.13f}, .specularRoughness = 0.25f}},
-                   {.id = kCup, .name = "acorn cup", .front = {.texture = "cup.png", .diffuseRoughness = 0.4f}},
-                   },
+                {.id = kCup, .name = "acorn cup", .front = {.texture = "cup.png", .diffuseRoughness = 0.4f}},
+            },
         .organs = organs(),
-        .ages = {young(),           medium(),                                                                            adult()                                               },
+        .ages = {young(), medium(), adult()},
         .proxyBark = kTrunk,
         .proxyFoliage = kLeafSummer,
         .storeProxy = true,

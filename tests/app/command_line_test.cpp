@@ -64,21 +64,21 @@ TEST(CommandLine, AnswersWithAnExitStatusAndOneLineAProblem)
         std::string problem; // part of the only line, or empty for none
     };
     const Row rows[] = {
-        {{},                                              0, ""                                         },
-        {{"--help"},                                      0, ""                                         },
-        {{"--version"},                                   0, ""                                         },
-        {{"info", "--help"},                              0, ""                                         },
-        {{"check", "--help"},                             0, ""                                         },
-        {{"export", "--help"},                            0, ""                                         },
-        {{"prune"},                                       2, "prune"                                    },
-        {{"info"},                                        2, "plant"                                    },
-        {{"info", tree, "--format", "xml"},               2, "xml"                                      },
-        {{"info", folder.path("no.vdt")},                 2, folder.path("no.vdt") + ": does not exist" },
-        {{"info", folder.path("")},                       2, "is a folder"                              },
-        {{"info", tree, "--variant", "old"},              2, "no variant \"old\"; there are adult"      },
-        {{"export", tree},                                2, "--output"                                 },
-        {{"export", tree, "-o", folder.path("tree.stl")}, 2, "suffix"                                   },
-        {{"export", stub, "-o", folder.path("x.glb")},    2, folder.path("gone.vdt") + " does not exist"},
+        {{}, 0, ""},
+        {{"--help"}, 0, ""},
+        {{"--version"}, 0, ""},
+        {{"info", "--help"}, 0, ""},
+        {{"check", "--help"}, 0, ""},
+        {{"export", "--help"}, 0, ""},
+        {{"prune"}, 2, "prune"},
+        {{"info"}, 2, "plant"},
+        {{"info", tree, "--format", "xml"}, 2, "xml"},
+        {{"info", folder.path("no.vdt")}, 2, folder.path("no.vdt") + ": does not exist"},
+        {{"info", folder.path("")}, 2, "is a folder"},
+        {{"info", tree, "--variant", "old"}, 2, "no variant \"old\"; there are adult"},
+        {{"export", tree}, 2, "--output"},
+        {{"export", tree, "-o", folder.path("tree.stl")}, 2, "suffix"},
+        {{"export", stub, "-o", folder.path("x.glb")}, 2, folder.path("gone.vdt") + " does not exist"},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.arguments.empty() ? "nothing" : row.arguments.back());
@@ -136,14 +136,8 @@ TEST(Info, TellsWhatTheFileSaysAndCountsWhatIsBuilt)
     EXPECT_EQ(adult["qualifiers"][1]["default"], true);
     EXPECT_EQ(
         adult["holds"],
-        nlohmann::json({
-            {"points",       4},
-            {"branches",     2},
-            {"vertices",     5},
-            {"connectors",   3},
-            {"meshes",       2},
-            {"meshPolygons", 3}
-    }));
+        nlohmann::json(
+            {{"points", 4}, {"branches", 2}, {"vertices", 5}, {"connectors", 3}, {"meshes", 2}, {"meshPolygons", 3}}));
     EXPECT_EQ(adult["foliage"][0]["connectors"], 2);
     EXPECT_EQ(adult["built"]["season"], "winter");
     EXPECT_EQ(adult["built"]["foliage"]["polygons"], 2); // the bud alone, once

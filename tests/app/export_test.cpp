@@ -116,11 +116,7 @@ TEST(Export, NodesHoldEachMeshOnceAndANodeACopy)
     std::map<int, int> uses;
     for (const auto& node : document["nodes"])
         if (node.contains("mesh")) ++uses[node["mesh"].get<int>()];
-    EXPECT_EQ(uses, (std::map<int, int>{
-                        {0, 1},
-                        {1, 2},
-                        {2, 1}
-    }));
+    EXPECT_EQ(uses, (std::map<int, int>{{0, 1}, {1, 2}, {2, 1}}));
     EXPECT_EQ(exported(folder, {"--season", "summer"}).document["meshes"].size(),
               3u); // branches; bark and leaf foliage
 }
@@ -134,12 +130,8 @@ TEST(Export, TakesUnitVariantSeasonAndSubdivisionAsAsked)
     PlantText plant;
     plant.moreModels = other.model();
     const auto height = [&](std::vector<std::string> options) { return exported(folder, std::move(options)).max().y; };
-    for (const auto& [unit, meters] : {
-             std::pair{"millimeters", 0.001},
-             {"centimeters", 0.01 },
-             {"meters",      1.0  },
-             {"feet",        0.01 }
-    }) {
+    for (const auto& [unit, meters] :
+         {std::pair{"millimeters", 0.001}, {"centimeters", 0.01}, {"meters", 1.0}, {"feet", 0.01}}) {
         plant.unit = unit;
         folder.write("tree.vdt", plant.text());
         EXPECT_NEAR(height({}), 21 * meters, 2 * meters) << unit;
@@ -158,13 +150,11 @@ TEST(Export, TakesUnitVariantSeasonAndSubdivisionAsAsked)
     EXPECT_LT(count({"--subdivision", "0"}), count({}));
     EXPECT_LT(count({"--subdivision", "2"}), count({"--subdivision", "2", "--uniform"}));
 
-    for (const std::vector<std::string>& wrong : {
-             std::vector<std::string>{"--season",      "spring"},
-             {"--variant",     "2"     },
-             {"--variant",     "-1"    },
-             {"--subdivision", "99"    },
-             {"--instances",   "all"   }
-    }) {
+    for (const std::vector<std::string>& wrong : {std::vector<std::string>{"--season", "spring"},
+                                                  {"--variant", "2"},
+                                                  {"--variant", "-1"},
+                                                  {"--subdivision", "99"},
+                                                  {"--instances", "all"}}) {
         std::vector<std::string> arguments = {"export", folder.path("tree.vdt"), "-o", folder.path("wrong.glb")};
         arguments.insert(arguments.end(), wrong.begin(), wrong.end());
         const RunResult run = RunApp(arguments);
@@ -226,12 +216,11 @@ TEST(Export, TexturesStayWhereTheyAreOrAreCopiedAndAreNeverOverwritten)
         R"(<material matid="1"><diffuse texture="../in/pictures/a b.png"/><normal texture="../out_textures/leaf.png"/></material>
         <material matid="2"><diffuse texture="../shared/leaf.png"/></material>)";
     folder.write("in/tree.vdt", plant.text());
-    for (const auto& [out, uris] : {
-             std::pair<const char*, std::vector<std::string>>{
-                                                              "in/x.gltf", {"pictures/a%20b.png", "x_textures/leaf.png", "x_textures/leaf_2.png"}},
-             {"out.gltf",  {"in/pictures/a%20b.png", "out_textures/leaf.png", "shared/leaf.png"} },
-             {"deep.gltf", {"in/pictures/a%20b.png", "out_textures/leaf.png", "shared/leaf.png"} }
-    }) {
+    for (const auto& [out, uris] :
+         {std::pair<const char*, std::vector<std::string>>{
+              "in/x.gltf", {"pictures/a%20b.png", "x_textures/leaf.png", "x_textures/leaf_2.png"}},
+          {"out.gltf", {"in/pictures/a%20b.png", "out_textures/leaf.png", "shared/leaf.png"}},
+          {"deep.gltf", {"in/pictures/a%20b.png", "out_textures/leaf.png", "shared/leaf.png"}}}) {
         EXPECT_EQ(RunApp({"export", folder.path("in/tree.vdt"), "-o", folder.path(out)}).status, 0);
         std::vector<std::string> found;
         const ReadScene scene = readBack(folder.path(out));
@@ -327,9 +316,7 @@ TEST(Triangles, HalvesOfAQuadFaceTheSameWay)
             const float reach = radius(random);
             mesh.points.push_back({std::cos(turn) * reach, std::sin(turn) * reach, 0}); // star-shaped about the origin
             mesh.normals.push_back({0, 0, 1});
-            mesh.vertices.push_back({
-                static_cast<uint32_t>(corner), {0, 0}
-            });
+            mesh.vertices.push_back({static_cast<uint32_t>(corner), {0, 0}});
             mesh.corners.push_back(static_cast<uint32_t>(corner));
         }
         for (size_t i = 0; i < 4; ++i) {

@@ -13,9 +13,7 @@ constexpr int kNotAvailable = 77;
 TEST(GltfValidator, FindsNoErrorInAnyFormOfExport)
 {
     const TestFolder folder;
-    const std::vector<uint8_t> png = EncodePng({
-        2, 2, {9, 9, 9, 0, 9, 9, 9, 255, 9, 9, 9, 255, 9, 9, 9, 255}
-    });
+    const std::vector<uint8_t> png = EncodePng({2, 2, {9, 9, 9, 0, 9, 9, 9, 255, 9, 9, 9, 255, 9, 9, 9, 255}});
     folder.write("in/leaf.png", {png.begin(), png.end()});
     folder.write("in/mask.png", {png.begin(), png.end()});
     PlantText plant;

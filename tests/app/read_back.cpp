@@ -108,11 +108,10 @@ void readPrimitive(ReadScene& scene, const Json& node, const Json& primitive)
             // A mirroring node turns triangles round.
             const auto index = static_cast<size_t>(indices[i + (scale < 0 ? 2 - c : c)][0]);
             ASSERT_LT(index, positions.size());
-            polygon.corners.push_back({
-                turned(turn, vectorOf(positions[index]) * scale) + vdt::Vector3{shift[0], shift[1],                          shift[2]},
-                turned(turn, vectorOf(normals[index])) * (scale < 0 ? -1 : 1),
-                {static_cast<float>(coordinates[index][0]),        1 - static_cast<float>(coordinates[index][1])}
-            });
+            polygon.corners.push_back(
+                {turned(turn, vectorOf(positions[index]) * scale) + vdt::Vector3{shift[0], shift[1], shift[2]},
+                 turned(turn, vectorOf(normals[index])) * (scale < 0 ? -1 : 1),
+                 {static_cast<float>(coordinates[index][0]), 1 - static_cast<float>(coordinates[index][1])}});
         }
         scene.polygons.push_back(std::move(polygon));
     }
@@ -214,11 +213,8 @@ ReadScene ReadPlyFile(const std::string& path)
             const auto index = numberAt<uint32_t>(content, place);
             EXPECT_LT(index, counts["vertex"]);
             const auto number = [&](size_t k) { return numberAt<float>(content, vertices + index * 32 + k * 4); };
-            polygon.corners.push_back({
-                {number(0),  number(1), number(2)},
-                {number(3),          number(4),           number(5)},
-                {number(6), number(7)}
-            });
+            polygon.corners.push_back(
+                {{number(0), number(1), number(2)}, {number(3), number(4), number(5)}, {number(6), number(7)}});
         }
         polygon.material = std::to_string(numberAt<int32_t>(content, place));
         place += 4 + 3;

@@ -108,10 +108,7 @@ TEST_F(CacheTest, AStubIsReadOnDemandAndDroppedWithItsLastHandle)
     ModelHandle handle = acquire(oak, 2);
     ModelVariant* variant = handle.variantData(messages, false);
     EXPECT_TRUE(variant->skeleton.isEmpty());
-    EXPECT_EQ(variant->computeBound(), (Box{
-                                           {0, 0, 0},
-                                           {1, 1, 1}
-    }));
+    EXPECT_EQ(variant->computeBound(), (Box{{0, 0, 0}, {1, 1, 1}}));
 
     for (int i = 0; i < 3; ++i) EXPECT_EQ(handle.variantData(messages, true), variant);
     EXPECT_EQ(messages.progressBegins.size(), 2u) << "the main file and the stub's, once each";
@@ -151,11 +148,11 @@ TEST_F(CacheTest, StubsThatCannotBeFilledStayStubs)
         const char* reason;
     };
     const Row rows[] = {
-        {"nothing.vdt", "parseVdt returned false for :\""          },
-        {"m",           "parseVdt returned false for :\""          },
-        {"none.vdt",    "No model read during expansion from file!"},
-        {"self.vdt",    ""                                         },
-        {"hollow.vdt",  ""                                         },
+        {"nothing.vdt", "parseVdt returned false for :\""},
+        {"m", "parseVdt returned false for :\""},
+        {"none.vdt", "No model read during expansion from file!"},
+        {"self.vdt", ""},
+        {"hollow.vdt", ""},
     };
     folder.write("none.vdt", plant(""));
     folder.write("hollow.vdt", plant("<model/>"));

@@ -114,20 +114,20 @@ TEST(DocumentedFormat, TellsTheMessagesAsTheyCome)
         const char* report; // up to the first number in it
     };
     const Row rows[] = {
-        {"<verdanth version=\"1\">",                                           "error: Malformed Verdanth file version!"             },
+        {"<verdanth version=\"1\">", "error: Malformed Verdanth file version!"},
         {"<verdanth version=\"1.3\">",
-         "error: Verdanth file cannot be read since it seems to be exported from a newer"                                            },
+         "error: Verdanth file cannot be read since it seems to be exported from a newer"},
         {head + std::string("<label>x</label>"),
-         "warning: Empty label or label without proper language attribute spec"                                                      },
+         "warning: Empty label or label without proper language attribute spec"},
         {head + std::string("<model><label>x</label>"),
-         "warning: Empty label or label without language attribute spec"                                                             },
+         "warning: Empty label or label without language attribute spec"},
         {head + std::string("<meta><description>x</description>"),
-         "warning: Description without proper language attrib"                                                                       },
-        {head + std::string("<colors><wood>1</wood>"),                         "warning: Wood color has wrong argument count ("      },
-        {head + std::string("<colors><foliage>1</foliage>"),                   "warning: Foliage color has wrong argument count ("   },
-        {head + std::string("<model><bound>1</bound>"),                        "warning: Invalid bounding volume value count, found "},
+         "warning: Description without proper language attrib"},
+        {head + std::string("<colors><wood>1</wood>"), "warning: Wood color has wrong argument count ("},
+        {head + std::string("<colors><foliage>1</foliage>"), "warning: Foliage color has wrong argument count ("},
+        {head + std::string("<model><bound>1</bound>"), "warning: Invalid bounding volume value count, found "},
         {head + std::string("<model><qualifiers default=\"3\"></qualifiers>"),
-         "warning: Unknown default qualifier given ("                                                                                },
+         "warning: Unknown default qualifier given ("},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.text);

@@ -39,16 +39,16 @@ TEST(InflateStream, ReadsEveryHeaderThatGzipAllows)
         std::string fields;
     };
     const Row rows[] = {
-        {"plain",      0,  ""                },
-        {"text",       1,  ""                },
-        {"header crc", 2,  "cc"              },
-        {"extra",      4,  "\3\0abc"s        },
-        {"name",       8,  "plant.vdt\0"s    },
-        {"comment",    16, "a\xFF comment\0"s},
-        {"all",        31,
+        {"plain", 0, ""},
+        {"text", 1, ""},
+        {"header crc", 2, "cc"},
+        {"extra", 4, "\3\0abc"s},
+        {"name", 8, "plant.vdt\0"s},
+        {"comment", 16, "a\xFF comment\0"s},
+        {"all", 31,
          "\1\0x"
          "name\0comment\0"
-         "cc"s                               },
+         "cc"s},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.name);
@@ -80,11 +80,7 @@ TEST(InflateStream, RefusesMalformedHeaders)
         EXPECT_EQ(stream.zlibCode(), -3) << length;
         EXPECT_EQ(restOf(stream), "");
     }
-    for (const auto& [place, byte] : {
-             std::pair{2, '\7'  },
-             {3, '\x20'},
-             {3, '\x80'}
-    }) {
+    for (const auto& [place, byte] : {std::pair{2, '\7'}, {3, '\x20'}, {3, '\x80'}}) {
         std::string bad = Gzip("text");
         bad[static_cast<size_t>(place)] = byte;
         std::istringstream source(bad);

@@ -61,31 +61,29 @@ TEST(SimpleXml, TagsBecomeEvents)
         const char* text;
         Events events;
     };
-    // clang-format off
     const Row rows[] = {
-        {"<a/>",                                    {"<a", "</a"}                          },
-        {"<a>x y</a>",                              {"<a", "x y", "</a"}                   },
-        {"< a >",                                   {"<a"}                                 },
-        {"< / a >",                                 {"</a"}                                },
-        {"<>< >",                                   {}                                     },
-        {"<?xml version=\"1.0\"?><!DOCTYPE x><a>",  {"<a"}                                 },
-        {"<!-- a \"b > c\" d --><a>",               {"<a"}                                 },
-        {"<!-- a > b --><a>",                       {" b -->", "<a"}                       },
-        {"<a b=\"x&amp;&lt;&gt;&quot;&apos;y\"/>",  {"<a b=[x&<>\"'y]", "</a"}             },
-        {"<a b=\"x&unknown;y\" c=\"&#65;\"/>",      {"<a b=[x] c=[]", "</a"}               },
-        {"<a b=\"c\\\"d\"/>",                       {"<a b=[c\\\"d]", "</a"}               },
-        {"<a b=c d e f=\"g h=i/<\">",               {"<a b=[c] d=[e] f=[g h=i/<]"}         },
-        {"<a b = \"c\"><d e>",                      {"<a b=[]", "<d c=[e]"}                },
-        {"<a b=c/d>",                               {"<a b=[c]", "</a"}                    },
-        {"<a b><c d=e>",                            {"<a", "<c b=[d]"}                     },
-        {"</a b=c><d>",                             {"</a", "<d b=[c]"}                    },
-        {"<a>x &amp; y</a>",                        {"<a", "x &amp; y", "</a"}             },
-        {"<a>  \n</a>left",                         {"<a", "  \n", "</a"}                  },
-        {"<a b=\"unterminated>",                    {}                                     },
-        {"<a b=\"1\" b=\"2\"/>",                    {"<a b=[1] b=[2]", "</a"}              },
-        {"<a b=\"\\\"c\"d\\ e=f>",                  {"<a b=[\\\"cd\\] e=[f]"}              },
+        {"<a/>", {"<a", "</a"}},
+        {"<a>x y</a>", {"<a", "x y", "</a"}},
+        {"< a >", {"<a"}},
+        {"< / a >", {"</a"}},
+        {"<>< >", {}},
+        {"<?xml version=\"1.0\"?><!DOCTYPE x><a>", {"<a"}},
+        {"<!-- a \"b > c\" d --><a>", {"<a"}},
+        {"<!-- a > b --><a>", {" b -->", "<a"}},
+        {"<a b=\"x&amp;&lt;&gt;&quot;&apos;y\"/>", {"<a b=[x&<>\"'y]", "</a"}},
+        {"<a b=\"x&unknown;y\" c=\"&#65;\"/>", {"<a b=[x] c=[]", "</a"}},
+        {"<a b=\"c\\\"d\"/>", {"<a b=[c\\\"d]", "</a"}},
+        {"<a b=c d e f=\"g h=i/<\">", {"<a b=[c] d=[e] f=[g h=i/<]"}},
+        {"<a b = \"c\"><d e>", {"<a b=[]", "<d c=[e]"}},
+        {"<a b=c/d>", {"<a b=[c]", "</a"}},
+        {"<a b><c d=e>", {"<a", "<c b=[d]"}},
+        {"</a b=c><d>", {"</a", "<d b=[c]"}},
+        {"<a>x &amp; y</a>", {"<a", "x &amp; y", "</a"}},
+        {"<a>  \n</a>left", {"<a", "  \n", "</a"}},
+        {"<a b=\"unterminated>", {}},
+        {"<a b=\"1\" b=\"2\"/>", {"<a b=[1] b=[2]", "</a"}},
+        {"<a b=\"\\\"c\"d\\ e=f>", {"<a b=[\\\"cd\\] e=[f]"}},
     };
-    // clang-format on
     for (const Row& row : rows) {
         SCOPED_TRACE(row.text);
         EXPECT_EQ(eventsOf(row.text), row.events);
@@ -153,18 +151,16 @@ TEST(SimpleXml, WhatIsTooLongForTheFormatEndsTheParse)
         std::string text;
         bool fits;
     };
-    // clang-format off
     const Row rows[] = {
-        {"name that fits",     "<" + fits + "/>",                              true },
-        {"value that fits",    "<a b=\"" + fits + "\"/>",                      true },
-        {"comment that fits",  "<!" + fits + "><a>",                           true },
-        {"name",               "<x" + fits + "/>",                             false},
-        {"value",              "<a b=\"x" + fits + "\"/>",                     false},
-        {"comment",            "<!x" + fits + "><a>",                          false},
-        {"brackets",           std::string(10 << 20, '<'),                     false},
-        {"value of entities",  "<a b=\"" + std::string(4096, ' ') + "&lt;\">", false},
+        {"name that fits", "<" + fits + "/>", true},
+        {"value that fits", "<a b=\"" + fits + "\"/>", true},
+        {"comment that fits", "<!" + fits + "><a>", true},
+        {"name", "<x" + fits + "/>", false},
+        {"value", "<a b=\"x" + fits + "\"/>", false},
+        {"comment", "<!x" + fits + "><a>", false},
+        {"brackets", std::string(10 << 20, '<'), false},
+        {"value of entities", "<a b=\"" + std::string(4096, ' ') + "&lt;\">", false},
     };
-    // clang-format on
     for (const Row& row : rows) {
         SCOPED_TRACE(row.name);
         const Parsed parsed = parse("<before/>" + row.text + "<after/>", 1);

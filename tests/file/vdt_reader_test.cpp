@@ -32,21 +32,19 @@ TEST(VdtReader, JudgesTheVersionAndReadsOn)
         const char* attribute;
         Texts errors;
     };
-    // clang-format off
     const Row rows[] = {
-        {"version=\"0.0\"",      {}                  },
-        {"version=\"1.2\"",      {}                  },
-        {"version=\" +1. 2x\"",  {}                  },
-        {"version=\"1.3\"",      {kTooNew}           },
-        {"version=\"2.0\"",      {kTooNew}           },
-        {"version=\"1\"",        {kMalformed}        },
-        {"version=\"1.\"",       {kMalformed}        },
-        {"version=\"one\"",      {kMalformed}        },
-        {"version=\"7\"",        {kMalformed, kTooNew}},
-        {"version=\"\"",         {kMissing, kMalformed}},
-        {"",                     {kMissing, kMalformed}},
+        {"version=\"0.0\"", {}},
+        {"version=\"1.2\"", {}},
+        {"version=\" +1. 2x\"", {}},
+        {"version=\"1.3\"", {kTooNew}},
+        {"version=\"2.0\"", {kTooNew}},
+        {"version=\"1\"", {kMalformed}},
+        {"version=\"1.\"", {kMalformed}},
+        {"version=\"one\"", {kMalformed}},
+        {"version=\"7\"", {kMalformed, kTooNew}},
+        {"version=\"\"", {kMissing, kMalformed}},
+        {"", {kMissing, kMalformed}},
     };
-    // clang-format on
     for (const Row& row : rows) {
         SCOPED_TRACE(row.attribute);
         const ReadModel read = readText(std::string("<verdanth ") + row.attribute + "><plant name=\"x\"/></verdanth>");
@@ -68,20 +66,10 @@ TEST(VdtReader, NamesTextsAndColours)
     EXPECT_EQ(read.model.unit, kMeters);
     EXPECT_EQ(read.model.name, "Quercus robur");
     EXPECT_EQ(read.model.info, (FileInfo{"c", "u", "t", "s"}));
-    EXPECT_EQ(read.model.labels, (LocalizedTexts{
-                                     {"de",    "Eiche"},
-                                     {"en-US", "oak"  }
-    }));
-    EXPECT_EQ(read.model.descriptions, (LocalizedTexts{
-                                           {"en", "tall"}
-    }));
-    EXPECT_EQ(read.model.woodColors, (SeasonColors{
-                                         {"",       {1, 2, 3, 4}         },
-                                         {"summer", {0.1f, 0.2f, 0.3f, 1}}
-    }));
-    EXPECT_EQ(read.model.foliageColors, (SeasonColors{
-                                            {"s", {4, 5, 6, 1}}
-    }));
+    EXPECT_EQ(read.model.labels, (LocalizedTexts{{"de", "Eiche"}, {"en-US", "oak"}}));
+    EXPECT_EQ(read.model.descriptions, (LocalizedTexts{{"en", "tall"}}));
+    EXPECT_EQ(read.model.woodColors, (SeasonColors{{"", {1, 2, 3, 4}}, {"summer", {0.1f, 0.2f, 0.3f, 1}}}));
+    EXPECT_EQ(read.model.foliageColors, (SeasonColors{{"s", {4, 5, 6, 1}}}));
     EXPECT_THAT(read.messages.warnings, ElementsAre("Foliage color has wrong argument count (2)!"));
     EXPECT_THAT(read.losses, ElementsAre("A second text in the language \"de\" is left out."));
 }
@@ -92,23 +80,18 @@ TEST(VdtReader, ReportsLabelsItCannotStore)
         const char* content;
         Texts warnings;
     };
-    // clang-format off
     const Row rows[] = {
-        {"<label>x</label>",                                                   {kLabel}     },
-        {"<label lang=\"german\">x</label>",                                   {kLabel}     },
-        {"<label lang=\"de\"/>",                                               {kLabel}     },
-        {"<model><label>x</label></model>",                                    {kModelLabel}},
-        {"<model><qualifiers><qualifier><label>x</label></qualifier></qualifiers></model>",
-         {kLabel}                                                                           },
-        {"<meta><description>x</description></meta>",
-         {"Description without proper language attribute specified!"}                       },
-        {"<meta><description lang=\"de\"/></meta>",                            {}           },
-        {"<colors><wood>1</wood></colors>",
-         {"Wood color has wrong argument count (1)!"}                                       },
+        {"<label>x</label>", {kLabel}},
+        {"<label lang=\"german\">x</label>", {kLabel}},
+        {"<label lang=\"de\"/>", {kLabel}},
+        {"<model><label>x</label></model>", {kModelLabel}},
+        {"<model><qualifiers><qualifier><label>x</label></qualifier></qualifiers></model>", {kLabel}},
+        {"<meta><description>x</description></meta>", {"Description without proper language attribute specified!"}},
+        {"<meta><description lang=\"de\"/></meta>", {}},
+        {"<colors><wood>1</wood></colors>", {"Wood color has wrong argument count (1)!"}},
         {"<model><bound>1 2 3 4 5 6 7</bound></model>",
-         {"Invalid bounding volume value count, found 7 values, expected 6!"}               },
+         {"Invalid bounding volume value count, found 7 values, expected 6!"}},
     };
-    // clang-format on
     for (const Row& row : rows) {
         SCOPED_TRACE(row.content);
         EXPECT_EQ(readPlant(row.content).messages.warnings, row.warnings);
@@ -135,10 +118,7 @@ TEST(VdtReader, VariantsAndQualifiers)
     ASSERT_EQ(variants.size(), 4u);
     EXPECT_EQ(read.model.defaultVariant, 1u) << "of two defaults the later one counts";
     EXPECT_EQ(variants[0].extref, "a.vdt");
-    EXPECT_EQ(variants[0].bound, (Box{
-                                     {1, 2, 3},
-                                     {4, 5, 6}
-    }));
+    EXPECT_EQ(variants[0].bound, (Box{{1, 2, 3}, {4, 5, 6}}));
     EXPECT_EQ(variants[1].name, "") << "nothing leaks from one variant to the next";
     EXPECT_TRUE(variants[1].bound.isEmpty());
     EXPECT_EQ(variants[1].qualifiers.at(0), (Qualifier{3, "summer", {{"en", "Summer"}}}));
@@ -166,19 +146,17 @@ TEST(VdtReader, MaterialSides)
         Back back;
         float backRed; // of a back of its own
     };
-    // clang-format off
     const Row rows[] = {
-        {"",            "",                                                              Back::None,  0    },
-        {"",            "<front><diffuse color=\"1 0 0\"/></front>",                     Back::None,  0    },
-        {"sides=\"1\"", "<diffuse/>",                                                    Back::Front, 0    },
-        {"sides=\"1\"", "<bump/>",                                                       Back::Front, 0    },
-        {"sides=\"2\"", "",                                                              Back::Front, 0    },
-        {"sides=\"2\"", "<back><specular color=\"1\"/></back>",                          Back::Front, 0    },
-        {"",            "<back><specular color=\"1\"/></back>",                          Back::None,  0    },
-        {"",            "<diffuse color=\"1 1 1\"/><back><diffuse/></back>",             Back::Own,   0.85f},
-        {"",            "<back><diffuse color=\"0.5 x\"/><normal/></back><diffuse/>",    Back::Own,   0.5f },
+        {"", "", Back::None, 0},
+        {"", "<front><diffuse color=\"1 0 0\"/></front>", Back::None, 0},
+        {"sides=\"1\"", "<diffuse/>", Back::Front, 0},
+        {"sides=\"1\"", "<bump/>", Back::Front, 0},
+        {"sides=\"2\"", "", Back::Front, 0},
+        {"sides=\"2\"", "<back><specular color=\"1\"/></back>", Back::Front, 0},
+        {"", "<back><specular color=\"1\"/></back>", Back::None, 0},
+        {"", "<diffuse color=\"1 1 1\"/><back><diffuse/></back>", Back::Own, 0.85f},
+        {"", "<back><diffuse color=\"0.5 x\"/><normal/></back><diffuse/>", Back::Own, 0.5f},
     };
-    // clang-format on
     for (const Row& row : rows) {
         SCOPED_TRACE(std::string(row.attributes) + row.content);
         const MaterialData material = readMaterial(row.attributes, row.content);
@@ -200,22 +178,12 @@ TEST(VdtReader, MaterialFields)
     EXPECT_EQ(material.matid, -3);
     EXPECT_EQ(material.name, "last");
     EXPECT_EQ(material.alphaTexture, "d");
-    EXPECT_EQ(material.front, (MaterialSide{
-                                  {0.1f,   0.2f, 0.85f},
-                                  "d", 0.5f, {     },
-                                  "s", 0, "n", "b", 2
-    }));
+    EXPECT_EQ(material.front, (MaterialSide{{0.1f, 0.2f, 0.85f}, "d", 0.5f, {}, "s", 0, "n", "b", 2}));
     EXPECT_EQ(material.displacementTexture, "h");
     EXPECT_EQ(material.displacementHeight, 3);
     EXPECT_FALSE(material.displacementCentered);
     EXPECT_EQ(material.subsurfaceColor, (Color3f{1, 2, 3}));
-    for (const auto& [text, centered] : {
-             std::pair{"1",    true },
-             {"0",    false},
-             {"x",    false},
-             {"",     false},
-             {"true", true }
-    })
+    for (const auto& [text, centered] : {std::pair{"1", true}, {"0", false}, {"x", false}, {"", false}, {"true", true}})
         EXPECT_EQ(readMaterial("", std::string("<displacement centered=\"") + text + "\"/>").displacementCentered,
                   centered)
             << text;
@@ -343,20 +311,18 @@ TEST(VdtReader, TellsOfUnusableFiles)
         bool result;
         size_t warnings, errors;
     };
-    // clang-format off
     const Row rows[] = {
-        {folder.path("nothing.vdt"),                                        false, 0, 0},
-        {folder.path(""),                                                   false, 0, 0},
-        {"",                                                                false, 0, 0},
-        {folder.write("empty.vdt", ""),                                     false, 0, 0},
-        {folder.write("one_byte.vdt", "\x1F"),                              true,  0, 0},
-        {folder.write("header_cut.vdt.gz", gz.substr(0, 7)),                false, 1, 0},
-        {folder.write("cut.vdt.gz", gz.substr(0, gz.size() / 2)),           true,  1, 0},
-        {folder.write("bomb.vdt.gz", Gzip(std::string(100 << 20, ' '))),    false, 0, 1},
-        {folder.write("brackets.vdt", std::string(10 << 20, '<')),          false, 0, 1},
-        {folder.write("big_tag.vdt", "<a " + std::string(100 << 20, 'b')),  false, 0, 1},
+        {folder.path("nothing.vdt"), false, 0, 0},
+        {folder.path(""), false, 0, 0},
+        {"", false, 0, 0},
+        {folder.write("empty.vdt", ""), false, 0, 0},
+        {folder.write("one_byte.vdt", "\x1F"), true, 0, 0},
+        {folder.write("header_cut.vdt.gz", gz.substr(0, 7)), false, 1, 0},
+        {folder.write("cut.vdt.gz", gz.substr(0, gz.size() / 2)), true, 1, 0},
+        {folder.write("bomb.vdt.gz", Gzip(std::string(100 << 20, ' '))), false, 0, 1},
+        {folder.write("brackets.vdt", std::string(10 << 20, '<')), false, 0, 1},
+        {folder.write("big_tag.vdt", "<a " + std::string(100 << 20, 'b')), false, 0, 1},
     };
-    // clang-format on
     for (const Row& row : rows) {
         SCOPED_TRACE(row.path);
         RecordingMessages messages;

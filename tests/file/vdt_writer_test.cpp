@@ -25,20 +25,10 @@ public:
         model.info = {"creator & \"co\"", "user<>", "now", "C:\\grown\\"};
         model.unit = kMillimeters;
         model.name = "Betula 'pendula'";
-        model.labels = {
-            {"de-DE", "H\xC3\xA4nge-Birke & mehr"},
-            {"en",    " spaced > text\n"         }
-        };
-        model.descriptions = {
-            {"fr", "bouleau"}
-        };
-        model.woodColors = {
-            {"",       {number(), 0, 1, 0.5f}},
-            {"winter", {}                    }
-        };
-        model.foliageColors = {
-            {"summer", {0.1f, number(), 0.3f, 1}}
-        };
+        model.labels = {{"de-DE", "H\xC3\xA4nge-Birke & mehr"}, {"en", " spaced > text\n"}};
+        model.descriptions = {{"fr", "bouleau"}};
+        model.woodColors = {{"", {number(), 0, 1, 0.5f}}, {"winter", {}}};
+        model.foliageColors = {{"summer", {0.1f, number(), 0.3f, 1}}};
         for (int kind = 0; kind < 3; ++kind) model.materials.push_back(material(kind));
         for (int i = 0; i < 2; ++i) model.variants.push_back(variant());
         model.defaultVariant = 1;
@@ -61,11 +51,7 @@ private:
     {
         MaterialData material;
         material.matid = kind - 1;
-        material.front = {
-            {number(),  number(), number()},
-            "d.png", number(), {        },
-            "", number(), "n", "", number()
-        };
+        material.front = {{number(), number(), number()}, "d.png", number(), {}, "", number(), "n", "", number()};
         if (kind == 1) material.aliasBack();
         if (kind == 2) material.backSide(true)->specularTexture = "back \\\" spec\\";
         material.alphaTexture = "a.png";
@@ -79,17 +65,9 @@ private:
     {
         ModelVariant variant;
         variant.name = "adult";
-        variant.labels = {
-            {"es", "adulto"}
-        };
-        variant.bound = {
-            {-wide(), -1, 0     },
-            {1,       2,  wide()}
-        };
-        variant.qualifiers = {
-            {-5, "summer", {{"en", "Summer"}}},
-            {7,  "",       {}                }
-        };
+        variant.labels = {{"es", "adulto"}};
+        variant.bound = {{-wide(), -1, 0}, {1, 2, wide()}};
+        variant.qualifiers = {{-5, "summer", {{"en", "Summer"}}}, {7, "", {}}};
         variant.defaultQualifier = 1;
         for (int i = 0; i < 40; ++i) variant.skeleton.AddPoint(Vector3{wide(), -wide(), number()});
         for (uint64_t branch = 0; branch < 5; ++branch) {
@@ -97,21 +75,13 @@ private:
             std::vector<VertexAttributes> attributes;
             for (uint64_t i = 0; i < 2 + branch; ++i) {
                 points.push_back(branch * 7 + i);
-                attributes.push_back({
-                    wide(), number(), {number(),  1,        1       },
-                      { number(), number(), number(), number()}
-                });
+                attributes.push_back({wide(), number(), {number(), 1, 1}, {number(), number(), number(), number()}});
             }
             variant.skeleton.AddBranch(static_cast<int32_t>(branch) - 2, points, attributes);
         }
         for (uint64_t i = 0; i < 9; ++i)
-            variant.skeleton.AddConnector(
-                {
-                    {1,  number(), 1},
-                    { 0, 0, number(), 1},
-                    wide(), static_cast<int32_t>(i)
-            },
-                i % 4);
+            variant.skeleton.AddConnector({{1, number(), 1}, {0, 0, number(), 1}, wide(), static_cast<int32_t>(i)},
+                                          i % 4);
         variant.skeleton.points[3].weight = number();
         for (const char* season : {"", "summer"}) variant.meshes.emplace_back(3, season, mesh());
         variant.proxies.push_back({"winter", std::move(*mesh())});

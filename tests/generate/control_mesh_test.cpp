@@ -70,11 +70,7 @@ TEST(ControlMesh, IsThatOfGeneralMatricesOnAnyTree)
 TEST(ControlMesh, OfASingleSegmentIsABoxWithBothEndsClosed)
 {
     Skeleton skeleton;
-    AddBranchThrough(skeleton,
-                     {
-                         {{0, 0, 0}, {0, 0, 3}}
-    },
-                     2, 7);
+    AddBranchThrough(skeleton, {{{0, 0, 0}, {0, 0, 3}}}, 2, 7);
     const Tubes tubes(skeleton, 1);
     EXPECT_EQ(tubes.mesh.positions.size(), 16u);
     EXPECT_THAT(tubes.mesh.polygonEnds, ElementsAre(4, 8, 12, 16, 20, 24));
@@ -95,9 +91,7 @@ TEST(ControlMesh, OfASingleSegmentIsABoxWithBothEndsClosed)
 TEST(ControlMesh, LevelsFallWithEachBranchingAndTubesGoOnWithoutSeam)
 {
     Skeleton skeleton;
-    AddBranchThrough(skeleton, {
-                                   {{0, 0, 0}, {0, 0, 1}, {0, 0, 2}}
-    });
+    AddBranchThrough(skeleton, {{{0, 0, 0}, {0, 0, 1}, {0, 0, 2}}});
     uint64_t from = 1;
     for (int depth = 1; depth < 4; ++depth) {
         const uint64_t points[] = {from, skeleton.AddPoint(Vector3{1.0 * depth, 0, 1})};
@@ -121,19 +115,15 @@ TEST(ControlMesh, BendsAreMitred)
         double width;
     };
     const double c = std::cos(kPi / 8);
-    const Row rows[] = {
-        {{0, 0, 2},                               2                 }, // straight on
-        {{1, 0, 1},                               2 * std::sqrt(2.0)}, // a right angle
-        {{std::sqrt(0.5), 0, 1 + std::sqrt(0.5)}, 2 / c             },
-        {{0, 0, 0},                               2                 }, // back the same way: nothing would help
-        {{0.1, 0, 0.0001},                        2 * 20            }
-    }; // nearly back: limited
+    const Row rows[] = {{{0, 0, 2}, 2},                  // straight on
+                        {{1, 0, 1}, 2 * std::sqrt(2.0)}, // a right angle
+                        {{std::sqrt(0.5), 0, 1 + std::sqrt(0.5)}, 2 / c},
+                        {{0, 0, 0}, 2},              // back the same way: nothing would help
+                        {{0.1, 0, 0.0001}, 2 * 20}}; // nearly back: limited
     for (const Row& row : rows) {
         SCOPED_TRACE(row.width);
         Skeleton skeleton;
-        AddBranchThrough(skeleton, {
-                                       {{0, 0, 0}, {0, 0, 1}, row.end}
-        });
+        AddBranchThrough(skeleton, {{{0, 0, 0}, {0, 0, 1}, row.end}});
         // The frame at the bend, across the mean direction.
         Vector3 along = Normalized(Normalized(row.end - Vector3{0, 0, 1}) + Vector3{0, 0, 1});
         if (row.end == Vector3{0, 0, 0}) along = {0, 0, 1};
@@ -153,9 +143,7 @@ TEST(ControlMesh, OddRadiiMakeNoSurfaceAndNoTrouble)
                                 std::numeric_limits<double>::infinity(), -std::numeric_limits<double>::infinity()}) {
         SCOPED_TRACE(radius);
         Skeleton skeleton;
-        AddBranchThrough(skeleton, {
-                                       {{0, 0, 0}, {0, 0, 1}, {0, 1, 1}}
-        });
+        AddBranchThrough(skeleton, {{{0, 0, 0}, {0, 0, 1}, {0, 1, 1}}});
         skeleton.branches[0].lastVertex->attributes.radius = radius;
         const Tubes tubes(skeleton);
         CheckMesh(tubes.mesh);

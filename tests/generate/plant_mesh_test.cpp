@@ -13,17 +13,8 @@ std::unique_ptr<Mesh> leaf(int32_t material)
 {
     auto mesh = std::make_unique<Mesh>();
     mesh->SetName("leaf " + std::to_string(material));
-    for (const Vector3& corner : {
-             Vector3{0, 0, 0},
-             {1, 0, 0},
-             {1, 2, 0}
-    })
-        mesh->AddPoint(corner, {0, 0, 1});
-    AddTriangle(*mesh,
-                {
-                    0, 1, 2
-    },
-                {{0, 0}, {1, 0}, {1, 1}}, material);
+    for (const Vector3& corner : {Vector3{0, 0, 0}, {1, 0, 0}, {1, 2, 0}}) mesh->AddPoint(corner, {0, 0, 1});
+    AddTriangle(*mesh, {0, 1, 2}, {{0, 0}, {1, 0}, {1, 1}}, material);
     return mesh;
 }
 
@@ -52,13 +43,11 @@ TEST(ConnectorFrame, ScalesThenTurnsThenMoves)
         double scale;
         Vector3 expected;
     }; // of (1, 0, 0)
-    const Row rows[] = {
-        {{0, 0, 0, 1},             2, {12, 20, 30}},
-        {{0, 0, 0, 9},             2, {12, 20, 30}},
-        {{0, 0, 0, 0},             3, {13, 20, 30}}, // no turn
-        {{0, 0, 1, 0},             3, {7, 20, 30} }, // half a turn
-        {{0.5F, 0.5F, 0.5F, 0.5F}, 2, {10, 20, 32}}
-    };
+    const Row rows[] = {{{0, 0, 0, 1}, 2, {12, 20, 30}},
+                        {{0, 0, 0, 9}, 2, {12, 20, 30}},
+                        {{0, 0, 0, 0}, 3, {13, 20, 30}}, // no turn
+                        {{0, 0, 1, 0}, 3, {7, 20, 30}},  // half a turn
+                        {{0.5F, 0.5F, 0.5F, 0.5F}, 2, {10, 20, 32}}};
     for (const Row& row : rows) {
         Skeleton skeleton;
         ConnectorAttributes attributes;

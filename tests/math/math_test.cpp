@@ -28,13 +28,11 @@ TEST(Vector, IsNormalisedOnlyIfAComponentIsLargeEnough)
         bool normalised;
     };
     const double nan = std::numeric_limits<double>::quiet_NaN();
-    for (const Row& row : {
-             Row{{0, 0, 0},              false},
-             {{1e-10, -1e-10, 1e-10}, false},
-             {{0, -1.0001e-10, 0},    true },
-             {{nan, nan, nan},        false},
-             {{3, 4, 12},             true }
-    }) {
+    for (const Row& row : {Row{{0, 0, 0}, false},
+                           {{1e-10, -1e-10, 1e-10}, false},
+                           {{0, -1.0001e-10, 0}, true},
+                           {{nan, nan, nan}, false},
+                           {{3, 4, 12}, true}}) {
         SCOPED_TRACE(row.vector.y);
         Vector3 vector = row.vector;
         EXPECT_EQ(Normalize(vector), row.normalised);
@@ -71,16 +69,8 @@ TEST(Quaternion, TurnsTheAxesClockwiseAsRowsOfAMatrix)
 TEST(Quaternion, ComesBackFromItsMatrix)
 {
     Dice dice(2);
-    std::vector<Quaternion> turns{
-        {1,    0,    0,     0},
-        {0,    1,    0,     0},
-        {0,    0,    1,     0},
-        {0.6F, 0.8F, 0,     0},
-        {0,    0.6F, 0.8F,  0},
-        {0.8F, 0,    0.6F,  0},
-        {0.6F, 0,    -0.8F, 0},
-        {0,    0,    0,     1}
-    };
+    std::vector<Quaternion> turns{{1, 0, 0, 0},       {0, 1, 0, 0},       {0, 0, 1, 0},        {0.6F, 0.8F, 0, 0},
+                                  {0, 0.6F, 0.8F, 0}, {0.8F, 0, 0.6F, 0}, {0.6F, 0, -0.8F, 0}, {0, 0, 0, 1}};
     const auto part = [&] { return static_cast<float>(dice.real(-1, 1)); };
     for (int i = 0; i < 200; ++i) turns.push_back(Normalized(Quaternion{part(), part(), part(), part()}));
     for (const Quaternion& q : turns) {

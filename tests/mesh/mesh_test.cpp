@@ -8,12 +8,8 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr Matrix kMoveAndStretch = {
-    {{2, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {10, 20, 30, 1}}
-};
-constexpr Matrix kFlat = {
-    {{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 0, 0}, {0, 0, 5, 1}}
-}; // determinant 0
+constexpr Matrix kMoveAndStretch = {{{2, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {10, 20, 30, 1}}};
+constexpr Matrix kFlat = {{{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 0, 0}, {0, 0, 5, 1}}}; // determinant 0
 
 // A pyramid's foot as a quad, one side as a triangle, a pentagon, a hexagon and a line.
 template <class Target> Target polygonsOfAllSizes()
@@ -21,12 +17,7 @@ template <class Target> Target polygonsOfAllSizes()
     Target target;
     for (int i = 0; i < 6; ++i) target.AddPoint({1.0 * i, 1.0 * (i % 3), 1.0 * (i % 2)}, {0.6 * (i % 2), 0.8, 0.1 * i});
     const std::vector<std::vector<uint64_t>> polygons = {
-        {0,  1, 2, 3},
-        {0, 1,  4},
-        {1, 2,3, 4, 5},
-        {0,  1,  2, 3, 4, 5},
-        {2, 5}
-    };
+        {0, 1, 2, 3}, {0, 1, 4}, {1, 2, 3, 4, 5}, {0, 1, 2, 3, 4, 5}, {2, 5}};
     for (const std::vector<uint64_t>& polygon : polygons) {
         std::vector<uint64_t> coordinates;
         for (const uint64_t vertex : polygon)
@@ -83,16 +74,8 @@ TEST(Mesh, AppendedTriangleIsToldByItsRepeatedCornerAlone)
 {
     Mesh source, target;
     for (int i = 0; i < 3; ++i) source.AddPoint({1.0 * i, 0, 0}, {0, 0, 1});
-    AddQuad(source,
-            {
-                0, 1, 2, 2
-    },
-            {{0, 0}, {1, 0}, {1, 1}, {0, 1}}, 7);
-    AddTriangle(source,
-                {
-                    2, 1, 0
-    },
-                {{0, 0}, {1, 0}, {1, 1}}, 8);
+    AddQuad(source, {0, 1, 2, 2}, {{0, 0}, {1, 0}, {1, 1}, {0, 1}}, 7);
+    AddTriangle(source, {2, 1, 0}, {{0, 0}, {1, 0}, {1, 1}}, 8);
     target.AppendMesh(source, Matrix::Identity());
     EXPECT_THAT(sizes(target), ElementsAre(3, 3));
     EXPECT_THAT(target.materials, ElementsAre(7, 8));
@@ -171,15 +154,8 @@ TEST(Accessors, ListsMustHaveTwoNumbersACorner)
         size_t vertices, coordinates;
         bool written;
     };
-    const Row rows[] = {
-        {2, 4,  false},
-        {3, 6,  true },
-        {4, 8,  true },
-        {5, 10, true },
-        {6, 12, false},
-        {4, 6,  false},
-        {0, 0,  false}
-    };
+    const Row rows[] = {{2, 4, false},  {3, 6, true},  {4, 8, true}, {5, 10, true},
+                        {6, 12, false}, {4, 6, false}, {0, 0, false}};
     for (const Row& row : rows) {
         SCOPED_TRACE(row.vertices);
         ForeignMesh target;
@@ -205,10 +181,7 @@ TEST(Accessors, NeighbourhoodsAreTheSameOfOwnAndForeignMeshes)
         EXPECT_THAT(result, IsEmpty());
         Box box;
         mesh->GetBounds(box);
-        EXPECT_EQ(box, (Box{
-                           {0, 0, 0},
-                           {5, 2, 1}
-        }));
+        EXPECT_EQ(box, (Box{{0, 0, 0}, {5, 2, 1}}));
         EXPECT_EQ(mesh->Clone()->PolygonCount(), 5u);
     }
 }
@@ -240,15 +213,7 @@ TEST(Accessors, RecordsRepeatTheLastCornerOfATriangle)
 TEST(ComputeNormals, AreUnweightedMeansOfThePolygonsAroundAPoint)
 {
     Mesh mesh;
-    const Vector3 corners[] = {
-        {0, 0, 0},
-        {1, 0, 0},
-        {1, 1, 0},
-        {0, 1, 0},
-        {1, 0, 9},
-        {1, 1, 9},
-        {5, 5, 5}
-    };
+    const Vector3 corners[] = {{0, 0, 0}, {1, 0, 0}, {1, 1, 0}, {0, 1, 0}, {1, 0, 9}, {1, 1, 9}, {5, 5, 5}};
     for (const Vector3& corner : corners) mesh.AddPoint(corner, {0, 0, 0});
     AddQuad(mesh, {0, 1, 2, 3}, {}, 0);
     AddQuad(mesh, {1, 4, 5, 2}, {}, 0); // nine times as large, and counts the same

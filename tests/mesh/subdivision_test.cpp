@@ -151,13 +151,7 @@ TEST(Subdivide, RoundsAClosedTubeTowardsACircle)
 TEST(Subdivide, ALoneQuadMovesItsCornersAlongItsBoundary)
 {
     LeveledMesh quad;
-    for (const Vector3& corner : {
-             Vector3{0, 0, 0},
-             {8, 0, 0},
-             {8, 8, 0},
-             {0, 8, 0}
-    })
-        quad.mesh.AddPoint(corner, {});
+    for (const Vector3& corner : {Vector3{0, 0, 0}, {8, 0, 0}, {8, 8, 0}, {0, 8, 0}}) quad.mesh.AddPoint(corner, {});
     addPolygon(quad, {0, 1, 2, 3}, 1);
     const Mesh result = subdivided(quad);
     EXPECT_EQ(result.polygonEnds.size(), 4u);
@@ -174,10 +168,10 @@ TEST(Subdivide, SeamsAreClosedWhereLevelsDifferByOne)
         size_t triangles, quads;
     };
     const Row rows[] = {
-        {{0, 0, 0, 0, 0, 0}, 0,     6         }, // nothing to do: a copy
-        {{1, 0, 0, 0, 0, 0}, 6,     4 + 3     }, // two neighbours across an edge
-        {{0, 1, 0, 0, 0, 0}, 9,     4 + 2     },
-        {{1, 0, 1, 0, 0, 0}, 6,     8 + 1     }, // one between two refined ones is left out
+        {{0, 0, 0, 0, 0, 0}, 0, 6},     // nothing to do: a copy
+        {{1, 0, 0, 0, 0, 0}, 6, 4 + 3}, // two neighbours across an edge
+        {{0, 1, 0, 0, 0, 0}, 9, 4 + 2},
+        {{1, 0, 1, 0, 0, 0}, 6, 8 + 1},          // one between two refined ones is left out
         {{2, 1, 0, 0, 0, 0}, 6 + 3, 16 + 2 + 1}, // what touches the 2 leaves a crack
     };
     for (const Row& row : rows) {

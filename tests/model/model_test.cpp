@@ -11,19 +11,19 @@ TEST(Language, TagsAreNormalised)
         const char* normalised;
     };
     const Row rows[] = {
-        {"DE",         "de"        },
-        {"de-de",      "de-DE"     },
-        {" de-DE ",    "de-DE"     },
+        {"DE", "de"},
+        {"de-de", "de-DE"},
+        {" de-DE ", "de-DE"},
         {"zh-HANS-CN", "zh-hans-CN"},
         {"zh-hans-CN", "zh-hans-CN"},
-        {"en-us-x",    "en-US-x"   },
-        {"german",     ""          },
-        {"de_DE",      ""          },
-        {"de-",        ""          },
-        {"de--x",      ""          },
-        {"d",          ""          },
-        {"",           ""          },
-        {" \t ",       ""          },
+        {"en-us-x", "en-US-x"},
+        {"german", ""},
+        {"de_DE", ""},
+        {"de-", ""},
+        {"de--x", ""},
+        {"d", ""},
+        {"", ""},
+        {" \t ", ""},
     };
     for (const Row& row : rows) EXPECT_EQ(normalizeLanguage(row.tag), row.normalised) << row.tag;
     EXPECT_EQ(languageTagFromHost("JP", "x"), "ja-JP");
@@ -33,24 +33,15 @@ TEST(Language, TagsAreNormalised)
 
 TEST(Language, TheTwoLettersAreTriedFirstAndTheFallbackLast)
 {
-    const LocalizedTexts texts = {
-        {"de",    "Baum" },
-        {"de-AT", "Bam"  },
-        {"en-US", "tree" },
-        {"fr",    "arbre"}
-    };
+    const LocalizedTexts texts = {{"de", "Baum"}, {"de-AT", "Bam"}, {"en-US", "tree"}, {"fr", "arbre"}};
     struct Row {
         const char* language;
         const char* fallback;
         const char* text;
     };
     const Row rows[] = {
-        {"de-AT", "en-US", "Baum" },
-        {"en-US", "fr",    "tree" },
-        {"en-GB", "en-US", "tree" },
-        {"EN-US", "FR-CA", "arbre"},
-        {"es",    "es",    "none" },
-        {"",      "it",    "none" },
+        {"de-AT", "en-US", "Baum"},  {"en-US", "fr", "tree"}, {"en-GB", "en-US", "tree"},
+        {"EN-US", "FR-CA", "arbre"}, {"es", "es", "none"},    {"", "it", "none"},
     };
     for (const Row& row : rows) EXPECT_EQ(lookupText(texts, row.language, row.fallback, "none"), row.text);
     EXPECT_EQ(lookupText({}, "de", "en", "none"), "none");
@@ -86,18 +77,18 @@ TEST(PathMapper, JoinsRelativePathsToItsBase)
         const char* result;
     };
     const Row rows[] = {
-        {"C:/lib/plants/oak/", "../tex/a.png",   "C:/lib/plants/tex/a.png"},
-        {"C:/lib/",            "..\\..\\a.png",  "C:/../a.png"            },
-        {"/lib/oak/",          "../../../a.png", "/../a.png"              },
-        {"oak/",               "../a.png",       "a.png"                  },
-        {"../oak/",            "../../a.png",    "../../a.png"            },
-        {"",                   "../a.png",       "../a.png"               },
-        {"lib\\oak\\",         "tex\\a.png",     "lib/oak/tex/a.png"      },
-        {"/lib/",              "D:\\tex\\a.png", "D:/tex/a.png"           },
-        {"/lib/",              "/tex/a.png",     "/tex/a.png"             },
-        {"/lib/",              "D:a.png",        "/lib/D:a.png"           },
-        {"/lib/oak/",          "..",             "/lib/"                  },
-        {"/lib/",              "",               ""                       },
+        {"C:/lib/plants/oak/", "../tex/a.png", "C:/lib/plants/tex/a.png"},
+        {"C:/lib/", "..\\..\\a.png", "C:/../a.png"},
+        {"/lib/oak/", "../../../a.png", "/../a.png"},
+        {"oak/", "../a.png", "a.png"},
+        {"../oak/", "../../a.png", "../../a.png"},
+        {"", "../a.png", "../a.png"},
+        {"lib\\oak\\", "tex\\a.png", "lib/oak/tex/a.png"},
+        {"/lib/", "D:\\tex\\a.png", "D:/tex/a.png"},
+        {"/lib/", "/tex/a.png", "/tex/a.png"},
+        {"/lib/", "D:a.png", "/lib/D:a.png"},
+        {"/lib/oak/", "..", "/lib/"},
+        {"/lib/", "", ""},
     };
     for (const Row& row : rows) EXPECT_EQ(MakeAbsolutePathMapper(row.base).map(row.path), row.result) << row.path;
     EXPECT_EQ(PathMapper().map(""), "");

@@ -13,18 +13,12 @@ using vdt::Vector3;
 
 LeafShape lobedLeaf()
 {
-    return {
-        .halfWidth = {{0, 0.05}, {0.3, 0.2}, {0.65, 0.33}, {0.9, 0.2}, {1, 0}},
-          .lobes = 4, .lobeDepth = 0.5
-    };
+    return {.halfWidth = {{0, 0.05}, {0.3, 0.2}, {0.65, 0.33}, {0.9, 0.2}, {1, 0}}, .lobes = 4, .lobeDepth = 0.5};
 }
 
 LeafShape toothedLeaf()
 {
-    return {
-        .halfWidth = {{0, 0.05}, {0.3, 0.4}, {0.6, 0.25}, {1, 0}},
-          .stalk = 0.4, .teeth = 9, .toothDepth = 0.2
-    };
+    return {.halfWidth = {{0, 0.05}, {0.3, 0.4}, {0.6, 0.25}, {1, 0}}, .stalk = 0.4, .teeth = 9, .toothDepth = 0.2};
 }
 
 LeafShape randomLeaf(Random& random)
@@ -65,12 +59,7 @@ TEST(GrowerRandom, StaysWithinItsBoundsAndReachesThem)
 
 TEST(Profile, PassesThroughItsPointsAndIsNothingOutside)
 {
-    const Profile profile{
-        {0,   0.2},
-        {0.4, 1  },
-        {0.7, 0.5},
-        {1,   0.1}
-    };
+    const Profile profile{{0, 0.2}, {0.4, 1}, {0.7, 0.5}, {1, 0.1}};
     for (const ProfilePoint& point : profile) EXPECT_NEAR(ProfileValue(profile, point.at), point.value, 1e-12);
     for (const double outside : {-0.01, 1.01}) EXPECT_EQ(ProfileValue(profile, outside), 0);
     for (double at = 0; at <= 1; at += 0.01) {
@@ -124,13 +113,9 @@ TEST(Bark, HasNoSeamAroundOrAlongTheStem)
 {
     constexpr uint32_t kSize = 128;
     const Bark barks[] = {
-        PaintPaperBark({.paper = {0.9f, 0.9f, 0.9f}, .peel = {0.7f, 0.6f, 0.5f}, .pore = {},                 .patch = {}},
-        kSize),
-        PaintRidgedBark({.ridge = {0.6f, 0.5f, 0.4f},                           .crack = {},                           .moss = {0.3f, 0.5f, 0.2f}               },
-        kSize),
-        PaintSmoothBark({.skin = {0.6f, 0.4f, 0.3f},                           .shade = {0.2f, 0.1f, 0.1f},                            .pore = {0.9f, 0.9f, 0.9f}},
-        kSize)
-    };
+        PaintPaperBark({.paper = {0.9f, 0.9f, 0.9f}, .peel = {0.7f, 0.6f, 0.5f}, .pore = {}, .patch = {}}, kSize),
+        PaintRidgedBark({.ridge = {0.6f, 0.5f, 0.4f}, .crack = {}, .moss = {0.3f, 0.5f, 0.2f}}, kSize),
+        PaintSmoothBark({.skin = {0.6f, 0.4f, 0.3f}, .shade = {0.2f, 0.1f, 0.1f}, .pore = {0.9f, 0.9f, 0.9f}}, kSize)};
     for (const Bark& bark : barks) {
         for (const Image& image : {bark.color, bark.height, NormalsOfHeights(bark.height, 0.02)}) {
             for (const bool columns : {true, false}) {
@@ -160,11 +145,7 @@ TEST(Bark, NormalsLeanAwayFromTheRise)
 
 TEST(LeafPicture, ShowsTheOutlineInItsAlphaAndNoForeignColourBesideIt)
 {
-    const LeafPaint paint{
-        .blade = {0.2f, 0.5f, 0.1f},
-          .margin = {0.3f, 0.6f, 0.2f},
-          .vein = {0.7f, 0.8f, 0.5f}
-    };
+    const LeafPaint paint{.blade = {0.2f, 0.5f, 0.1f}, .margin = {0.3f, 0.6f, 0.2f}, .vein = {0.7f, 0.8f, 0.5f}};
     for (const LeafShape& shape : {lobedLeaf(), toothedLeaf()}) {
         constexpr uint32_t kSize = 96;
         const Image image = PaintLeaf(shape, paint, kSize);
@@ -251,12 +232,7 @@ TEST(Organs, StandInRightHandedFramesWhateverTheDirections)
 TEST(Organs, TurnedBodiesShowTheirOutside)
 {
     vdt::Mesh mesh;
-    AddTurned(mesh,
-              {
-                  .outline = {{0, 0.5}, {1, 1}, {2, 0.4}},
-                    .sides = 7
-    },
-              vdt::Matrix::Identity());
+    AddTurned(mesh, {.outline = {{0, 0.5}, {1, 1}, {2, 0.4}}, .sides = 7}, vdt::Matrix::Identity());
     EXPECT_EQ(mesh.PolygonCount(), 14u);
     mesh.ComputeNormals();
     for (uint64_t i = 0; i < mesh.positions.size(); ++i) {
@@ -268,11 +244,8 @@ TEST(Organs, TurnedBodiesShowTheirOutside)
 TEST(Organs, ASprayReachesBackAlongItsTwig)
 {
     vdt::Mesh mesh;
-    AddSpray(mesh,
-             {
-                 .leaves = 5, .length = 10, .firstAt = -1, .lastAt = 0, .scale = {1, 0}
-    },
-             toothedLeaf(), {.length = 4});
+    AddSpray(mesh, {.leaves = 5, .length = 10, .firstAt = -1, .lastAt = 0, .scale = {1, 0}}, toothedLeaf(),
+             {.length = 4});
     ASSERT_EQ(mesh.PolygonCount(), 10u);
     const uint64_t pointsOfALeaf = mesh.PointCount() / 5;
     for (uint64_t leaf = 0; leaf < 5; ++leaf) {

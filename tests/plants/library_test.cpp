@@ -149,13 +149,11 @@ TEST(PlantLibrary, HoldsSoundTreesOfTheirSpeciesSize)
         const char* species;
         double heights[3][2]; // of the wood, centimetres, lowest and highest, by age
     };
-    const Row rows[] = {
-        {"Betula pendula",         {{200, 500}, {700, 1300}, {1500, 2600}}},
-        {"Lavandula angustifolia", {{8, 25}, {20, 40}, {30, 60}}          },
-        {"Picea abies",            {{150, 400}, {600, 1300}, {1800, 3500}}},
-        {"Prunus serrulata",       {{150, 350}, {350, 650}, {600, 1000}}  },
-        {"Quercus robur",          {{200, 600}, {700, 1400}, {1500, 3000}}}
-    };
+    const Row rows[] = {{"Betula pendula", {{200, 500}, {700, 1300}, {1500, 2600}}},
+                        {"Lavandula angustifolia", {{8, 25}, {20, 40}, {30, 60}}},
+                        {"Picea abies", {{150, 400}, {600, 1300}, {1800, 3500}}},
+                        {"Prunus serrulata", {{150, 350}, {350, 650}, {600, 1000}}},
+                        {"Quercus robur", {{200, 600}, {700, 1400}, {1500, 3000}}}};
     ASSERT_EQ(std::size(rows), library().size());
     for (const Row& row : rows) {
         const auto found = std::find_if(library().begin(), library().end(),

@@ -12,17 +12,10 @@ using vdt::Vector3;
 AgeRecipe smallTree(uint64_t seed)
 {
     AgeRecipe age{.name = "adult", .seed = seed, .height = 500, .trunkRadius = 8, .tipRadius = 0.1};
-    age.crown = {
-        {0.2, 0.1 },
-        {0.5, 0.3 },
-        {0.8, 0.2 },
-        {1,   0.03}
-    };
+    age.crown = {{0.2, 0.1}, {0.5, 0.3}, {0.8, 0.2}, {1, 0.03}};
     age.trunk = {.segment = 20, .wander = 2};
-    age.stems = {
-        {.spacing = 15, .length = {1, 0}, .angle = {60, 10}, .segment = 12, .wander = 1},
-        {.spacing = 12,  .length = {0.4, 0.1},                  .segment = 8                      }
-    };
+    age.stems = {{.spacing = 15, .length = {1, 0}, .angle = {60, 10}, .segment = 12, .wander = 1},
+                 {.spacing = 12, .length = {0.4, 0.1}, .segment = 8}};
     return age;
 }
 
@@ -37,9 +30,7 @@ AgeRecipe smallScaffold(uint64_t seed)
                                   .twigWood = 100,
                                   .material = 1,
                                   .thinMaterial = 2};
-    age.stems = {
-        {.spacing = 20, .firstAt = 0, .lastAt = 1, .length = {25, 8}, .segment = 8}
-    };
+    age.stems = {{.spacing = 20, .firstAt = 0, .lastAt = 1, .length = {25, 8}, .segment = 8}};
     return age;
 }
 
@@ -217,41 +208,41 @@ TEST(Recipe, TheDefaultOnesAreSound)
 TEST(Recipe, EveryFaultIsTold)
 {
     const Spoiled rows[] = {
-        {"no label in ja",                                       [](SpeciesRecipe& r) { r.labels.erase("ja"); }                 },
-        {"no description in fr",                                 [](SpeciesRecipe& r) { r.descriptions["fr"].clear(); }         },
-        {"the botanical name has no species",                    [](SpeciesRecipe& r) { r.name = "Quercus"; }                   },
-        {"no wood colour without a season",                      [](SpeciesRecipe& r) { r.wood.erase(""); }                     },
-        {"no foliage colour for winter",                         [](SpeciesRecipe& r) { r.foliage.erase("winter"); }            },
-        {"two textures trunk.png",                               [](SpeciesRecipe& r) { r.textures.push_back(r.textures[0]); }  },
-        {"nothing draws twig.png",                               [](SpeciesRecipe& r) { r.textures[2].draw = nullptr; }         },
-        {"two materials 0",                                      [](SpeciesRecipe& r) { r.materials.push_back(r.materials[0]); }},
+        {"no label in ja", [](SpeciesRecipe& r) { r.labels.erase("ja"); }},
+        {"no description in fr", [](SpeciesRecipe& r) { r.descriptions["fr"].clear(); }},
+        {"the botanical name has no species", [](SpeciesRecipe& r) { r.name = "Quercus"; }},
+        {"no wood colour without a season", [](SpeciesRecipe& r) { r.wood.erase(""); }},
+        {"no foliage colour for winter", [](SpeciesRecipe& r) { r.foliage.erase("winter"); }},
+        {"two textures trunk.png", [](SpeciesRecipe& r) { r.textures.push_back(r.textures[0]); }},
+        {"nothing draws twig.png", [](SpeciesRecipe& r) { r.textures[2].draw = nullptr; }},
+        {"two materials 0", [](SpeciesRecipe& r) { r.materials.push_back(r.materials[0]); }},
         {"material trunk has no texture \"moon.png\"",
-         [](SpeciesRecipe& r) { r.materials[0].front.texture = "moon.png"; }                                                    },
+         [](SpeciesRecipe& r) { r.materials[0].front.texture = "moon.png"; }},
         {"material trunk has no texture \"moon.png\"",
-         [](SpeciesRecipe& r) { r.materials[0].front.normal = "moon.png"; }                                                     },
-        {"fresh tuft has the season \"monsoon\"",                [](SpeciesRecipe& r) { r.organs[0].season = "monsoon"; }       },
-        {"nothing builds fresh tuft",                            [](SpeciesRecipe& r) { r.organs[0].build = nullptr; }          },
-        {"fresh tuft has no polygons",                           [](SpeciesRecipe& r) { r.organs[0].build = [](vdt::Mesh&) {}; }},
+         [](SpeciesRecipe& r) { r.materials[0].front.normal = "moon.png"; }},
+        {"fresh tuft has the season \"monsoon\"", [](SpeciesRecipe& r) { r.organs[0].season = "monsoon"; }},
+        {"nothing builds fresh tuft", [](SpeciesRecipe& r) { r.organs[0].build = nullptr; }},
+        {"fresh tuft has no polygons", [](SpeciesRecipe& r) { r.organs[0].build = [](vdt::Mesh&) {}; }},
         {"fresh tuft has a material that is not there",
          [](SpeciesRecipe& r) {
              std::erase_if(r.materials, [](const MaterialRecipe& m) { return m.name == "leaf in spring"; });
-         }                                                                                                                      },
-        {"no ages",                                              [](SpeciesRecipe& r) { r.ages.clear(); }                       },
-        {"medium is not the taller age",                         [](SpeciesRecipe& r) { r.ages[0].height = r.ages[1].height; }  },
-        {"no age is called \"old\"",                             [](SpeciesRecipe& r) { r.ages[0].name = "old"; }               },
-        {"young has no trunk",                                   [](SpeciesRecipe& r) { r.ages[0].tipRadius = 0; }              },
-        {"young's crown does not rise",                          [](SpeciesRecipe& r) { r.ages[0].crown[1].at = 0; }            },
-        {"young has stems without spacing or segment",           [](SpeciesRecipe& r) { r.ages[0].stems[0].spacing = 0; }       },
-        {"young has stems outside of their parents",             [](SpeciesRecipe& r) { r.ages[0].stems[0].lastAt = 1.1; }      },
-        {"young has stems of a material that is not there",      [](SpeciesRecipe& r) { r.ages[0].trunk.material = 77; }        },
-        {"young's scaffold does not grow",                       [](SpeciesRecipe& r) { r.ages[0].scaffold->step = 0; }         },
-        {"young's scaffold never reaches its buds",              [](SpeciesRecipe& r) { r.ages[0].scaffold->nearEnough = 1; }   },
+         }},
+        {"no ages", [](SpeciesRecipe& r) { r.ages.clear(); }},
+        {"medium is not the taller age", [](SpeciesRecipe& r) { r.ages[0].height = r.ages[1].height; }},
+        {"no age is called \"old\"", [](SpeciesRecipe& r) { r.ages[0].name = "old"; }},
+        {"young has no trunk", [](SpeciesRecipe& r) { r.ages[0].tipRadius = 0; }},
+        {"young's crown does not rise", [](SpeciesRecipe& r) { r.ages[0].crown[1].at = 0; }},
+        {"young has stems without spacing or segment", [](SpeciesRecipe& r) { r.ages[0].stems[0].spacing = 0; }},
+        {"young has stems outside of their parents", [](SpeciesRecipe& r) { r.ages[0].stems[0].lastAt = 1.1; }},
+        {"young has stems of a material that is not there", [](SpeciesRecipe& r) { r.ages[0].trunk.material = 77; }},
+        {"young's scaffold does not grow", [](SpeciesRecipe& r) { r.ages[0].scaffold->step = 0; }},
+        {"young's scaffold never reaches its buds", [](SpeciesRecipe& r) { r.ages[0].scaffold->nearEnough = 1; }},
         {"young has a scaffold of a material that is not there",
-         [](SpeciesRecipe& r) { r.ages[0].scaffold->thinMaterial = 77; }                                                        },
-        {"young has foliage on no stems",                        [](SpeciesRecipe& r) { r.ages[0].foliage[0].fromLayer = 9; }   },
-        {"young has foliage without groups",                     [](SpeciesRecipe& r) { r.ages[0].foliage[0].groups.clear(); }  },
-        {"young has foliage of group 77",                        [](SpeciesRecipe& r) { r.ages[0].foliage[0].groups = {77}; }   },
-        {"the proxy has materials that are not there",           [](SpeciesRecipe& r) { r.proxyBark = 77; }                     },
+         [](SpeciesRecipe& r) { r.ages[0].scaffold->thinMaterial = 77; }},
+        {"young has foliage on no stems", [](SpeciesRecipe& r) { r.ages[0].foliage[0].fromLayer = 9; }},
+        {"young has foliage without groups", [](SpeciesRecipe& r) { r.ages[0].foliage[0].groups.clear(); }},
+        {"young has foliage of group 77", [](SpeciesRecipe& r) { r.ages[0].foliage[0].groups = {77}; }},
+        {"the proxy has materials that are not there", [](SpeciesRecipe& r) { r.proxyBark = 77; }},
     };
     const auto& species = DefaultSpecies();
     const auto oak =

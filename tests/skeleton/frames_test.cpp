@@ -60,15 +60,7 @@ bool carryFrames(const Skeleton& skeleton, std::vector<Quaternion>& history)
 TEST(Frames, FromATangentTurnTheZAxisThereTheShortestWay)
 {
     Dice dice(3);
-    std::vector<Vector3> tangents{
-        {0,     0,  2 },
-        {0,     0,  -3},
-        {1,     0,  0 },
-        {-1,    0,  0 },
-        {0,     1,  0 },
-        {0,     -1, 0 },
-        {1e-11, 0,  1 }
-    };
+    std::vector<Vector3> tangents{{0, 0, 2}, {0, 0, -3}, {1, 0, 0}, {-1, 0, 0}, {0, 1, 0}, {0, -1, 0}, {1e-11, 0, 1}};
     for (int i = 0; i < 50; ++i) tangents.push_back(dice.position(2));
     for (const Vector3& tangent : tangents) {
         SCOPED_TRACE(testing::Message() << tangent.x << ' ' << tangent.y << ' ' << tangent.z);
@@ -151,10 +143,7 @@ TEST(Weights, AreZeroWithoutExtentAndRefusedWithoutPoints)
     Skeleton none;
     EXPECT_FALSE(none.ComputeWeights());
     const double nan = std::numeric_limits<double>::quiet_NaN();
-    for (const Vector3& other : {
-             Vector3{1,   2,   3  },
-             Vector3{nan, nan, nan}
-    }) {
+    for (const Vector3& other : {Vector3{1, 2, 3}, Vector3{nan, nan, nan}}) {
         Skeleton skeleton = SkeletonBuilder().point({1, 2, 3}).point(other).take();
         EXPECT_TRUE(skeleton.ComputeWeights());
         EXPECT_EQ(skeleton.points[0].weight, 0);

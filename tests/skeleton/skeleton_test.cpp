@@ -211,21 +211,16 @@ TEST(Bounds, LookAtWhatTheModeNames)
         BoundsMode mode;
         Box box;
     };
-    const Row rows[] = {
-        {BoundsMode::AllPoints,            {{-9, 0, 0}, {0, 9, 1}}  },
-        {BoundsMode::BranchPoints,         {{0, 0, 0}, {0, 0, 1}}   },
-        {BoundsMode::BranchPointsAndRadii, {{-2, -2, -1}, {2, 2, 3}}},
-        {BoundsMode::ConnectorPoints,      {{0, 9, 0}, {0, 9, 0}}   }
-    };
+    const Row rows[] = {{BoundsMode::AllPoints, {{-9, 0, 0}, {0, 9, 1}}},
+                        {BoundsMode::BranchPoints, {{0, 0, 0}, {0, 0, 1}}},
+                        {BoundsMode::BranchPointsAndRadii, {{-2, -2, -1}, {2, 2, 3}}},
+                        {BoundsMode::ConnectorPoints, {{0, 9, 0}, {0, 9, 0}}}};
     for (const Row& row : rows) {
         SCOPED_TRACE(static_cast<int>(row.mode));
         Box box;
         skeleton.GetBounds(box, row.mode);
         EXPECT_EQ(box, row.box);
-        Box larger{
-            {-50, -50, -50},
-            {50,  50,  50 }
-        };
+        Box larger{{-50, -50, -50}, {50, 50, 50}};
         skeleton.GetBounds(larger, row.mode);
         EXPECT_EQ(larger.max.x, 50);
     }

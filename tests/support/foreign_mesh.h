@@ -33,11 +33,7 @@ public:
     bool AddPolygon(std::span<const uint64_t> vertices, std::span<const uint64_t> coordinates,
                     int32_t material) override
     {
-        Polygon polygon{
-            {vertices.begin(), vertices.end()},
-            {                },
-            material
-        };
+        Polygon polygon{{vertices.begin(), vertices.end()}, {}, material};
         for (const uint64_t coordinate : coordinates) polygon.uvs.push_back(uvs[coordinate]);
         polygons.push_back(polygon);
         calls += std::to_string(vertices.size());

@@ -54,15 +54,7 @@ private:
             if (!data.ring.empty()) return true;
             data.ring = MakeRing(frame, r, 0, vertex.point);
             data.lastTexV = a.tex_v;
-            if (walker.depth() == 1)
-                cap(MakeRing(frame, r, 2, vertex.point),
-                    {
-                        {0, 0},
-                        {0, 1},
-                        {1, 1},
-                        {1, 0}
-                },
-                    matid);
+            if (walker.depth() == 1) cap(MakeRing(frame, r, 2, vertex.point), {{0, 0}, {0, 1}, {1, 1}, {1, 0}}, matid);
             return true;
         }
         if (data.ring.size() != 4) return false;
@@ -72,10 +64,7 @@ private:
         float uPrev = 1;
         for (size_t k = 1; k <= 4; ++k) {
             const float u = 1 - static_cast<float>(k) / 4.0F;
-            AddQuad(request.output,
-                    {
-                        ring[k - 1], ring[k % 4], data.ring[k % 4], data.ring[k - 1]
-            },
+            AddQuad(request.output, {ring[k - 1], ring[k % 4], data.ring[k % 4], data.ring[k - 1]},
                     {{uPrev, front}, {u, front}, {u, back}, {uPrev, back}}, matid);
             uPrev = u;
             request.polygonLevels.push_back(data.level);
@@ -85,14 +74,7 @@ private:
         if (!vertex.next && r > kEpsilon && others(vertex) == 0) {
             std::vector<uint64_t> tip = MakeRing(frame, r, 1, vertex.point);
             std::reverse(tip.begin(), tip.end());
-            cap(tip,
-                {
-                    {1, 0},
-                    {1, 1},
-                    {0, 1},
-                    {0, 0}
-            },
-                matid);
+            cap(tip, {{1, 0}, {1, 1}, {0, 1}, {0, 0}}, matid);
         }
         return true;
     }
@@ -106,12 +88,7 @@ private:
     std::vector<uint64_t> MakeRing(const Matrix& frame, double k, int mode, uint64_t point)
     {
         std::vector<uint64_t> ring;
-        const Vector3 corners[] = {
-            {1,  1,  0},
-            {1,  -1, 0},
-            {-1, -1, 0},
-            {-1, 1,  0}
-        };
+        const Vector3 corners[] = {{1, 1, 0}, {1, -1, 0}, {-1, -1, 0}, {-1, 1, 0}};
         for (const Vector3& corner : corners) {
             const Vector3 normal = mode == 0 ? corner : Vector3{0, 0, mode == 1 ? 1.0 : -1.0};
             ring.push_back(request.output.AddPoint(TransformPoint(k * corner, frame),

@@ -159,11 +159,7 @@ private:
         const int turn = insertAt == 1 ? 1 : 3;
         std::rotate(points.begin(), points.end() - turn, points.end());
         std::rotate(uvs.begin(), uvs.end() - 2 * turn, uvs.end());
-        for (const auto& t : {
-                 std::array{0U, 1U, 2U},
-                 std::array{0U, 2U, 4U},
-                 std::array{4U, 2U, 3U}
-        }) {
+        for (const auto& t : {std::array{0U, 1U, 2U}, std::array{0U, 2U, 4U}, std::array{4U, 2U, 3U}}) {
             std::vector<uint32_t> triangle;
             std::vector<float> triangleUvs;
             for (const unsigned c : t) {

@@ -50,13 +50,7 @@ inline Skeleton RandomTree(uint32_t seed)
         Vector3 position = skeleton.points[points[0]].position;
         for (uint32_t vertex = random() % 5 + 1; vertex > 0; --vertex) {
             // Straight on, by a right angle, back the same way, not at all, or anywhere.
-            const Vector3 steps[] = {
-                {0,      0,      1     },
-                {1,      0,      0     },
-                {0,      0,      -1    },
-                {0,      0,      0     },
-                {unit(), unit(), unit()}
-            };
+            const Vector3 steps[] = {{0, 0, 1}, {1, 0, 0}, {0, 0, -1}, {0, 0, 0}, {unit(), unit(), unit()}};
             position += steps[random() % 5];
             points.push_back(skeleton.AddPoint(position));
         }

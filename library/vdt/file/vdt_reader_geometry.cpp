@@ -20,11 +20,7 @@ struct AttributeType {
     int32_t components;
 };
 constexpr AttributeType kTypes[] = {
-    {"float",  true,  1},
-    {"float2", true,  2},
-    {"float3", true,  3},
-    {"float4", true,  4},
-    {"int",    false, 1},
+    {"float", true, 1}, {"float2", true, 2}, {"float3", true, 3}, {"float4", true, 4}, {"int", false, 1},
 };
 constexpr std::string_view kStorageClasses[] = {"constant", "primitive", "point", "vertex"}; // by code
 

@@ -15,18 +15,8 @@ constexpr double kZeroRadius = kEpsilon;                // such a twig has no su
 constexpr double kAreaFactor = 1.772453850905516 * 0.5; // a square of this half width has the circle's area
 constexpr double kHairpin = 0.001, kStraight = 0.999;   // cosines of half a bend that no mitre helps or needs
 constexpr double kLargestStretch = 20;                  // of a mitred ring
-constexpr Vector2f kFootCoordinates[] = {
-    {0, 0},
-    {0, 1},
-    {1, 1},
-    {1, 0}
-};
-constexpr Vector2f kTipCoordinates[] = {
-    {1, 0},
-    {1, 1},
-    {0, 1},
-    {0, 0}
-};
+constexpr Vector2f kFootCoordinates[] = {{0, 0}, {0, 1}, {1, 1}, {1, 0}};
+constexpr Vector2f kTipCoordinates[] = {{1, 0}, {1, 1}, {0, 1}, {0, 0}};
 
 using Ring = std::array<uint64_t, 4>;
 
@@ -244,11 +234,8 @@ private:
             const size_t next = (k + 1) % 4;
             const float u0 = 1 - static_cast<float>(k) / 4;
             const float u1 = 1 - static_cast<float>(k + 1) / 4;
-            writer.addQuad(
-                {
-                    front[k], front[next], back[next], back[k]
-            },
-                {{u0, frontV}, {u1, frontV}, {u1, backV}, {u0, backV}}, material);
+            writer.addQuad({front[k], front[next], back[next], back[k]},
+                           {{u0, frontV}, {u1, frontV}, {u1, backV}, {u0, backV}}, material);
         }
     }
 

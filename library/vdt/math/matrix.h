@@ -8,12 +8,7 @@ namespace vdt {
 struct Matrix {
     double m[4][4];
 
-    static constexpr Matrix Identity()
-    {
-        return {
-            {{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}
-        };
-    }
+    static constexpr Matrix Identity() { return {{{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}}; }
 
     Vector3 row(int i) const { return {m[i][0], m[i][1], m[i][2]}; }
 

@@ -18,12 +18,10 @@ inline Matrix ToMatrix(const Quaternion& q, const Vector3& origin)
     const double y = q.y;
     const double z = q.z;
     const double w = q.w;
-    return {
-        {{1 - 2 * (y * y + z * z), 2 * (x * y - w * z), 2 * (w * y + x * z), 0},
-         {2 * (x * y + w * z), 1 - 2 * (x * x + z * z), 2 * (y * z - w * x), 0},
-         {2 * (x * z - w * y), 2 * (y * z + w * x), 1 - 2 * (x * x + y * y), 0},
-         {origin.x, origin.y, origin.z, 1}}
-    };
+    return {{{1 - 2 * (y * y + z * z), 2 * (x * y - w * z), 2 * (w * y + x * z), 0},
+             {2 * (x * y + w * z), 1 - 2 * (x * x + z * z), 2 * (y * z - w * x), 0},
+             {2 * (x * z - w * y), 2 * (y * z + w * x), 1 - 2 * (x * x + y * y), 0},
+             {origin.x, origin.y, origin.z, 1}}};
 }
 
 /// The rotation part of `a` as a quaternion, narrowed to floats: Shoemake, "Animating Rotation with Quaternion

@@ -31,10 +31,8 @@ class PointLinkTable {
 public:
     PointLinks operator[](uint64_t point) const
     {
-        return {
-            {polygons.data() + polygonStarts[point], polygons.data() + polygonStarts[point + 1]},
-            {edges.data() + edgeStarts[point],       edges.data() + edgeStarts[point + 1]      }
-        };
+        return {{polygons.data() + polygonStarts[point], polygons.data() + polygonStarts[point + 1]},
+                {edges.data() + edgeStarts[point], edges.data() + edgeStarts[point + 1]}};
     }
     uint64_t size() const { return polygonStarts.empty() ? 0 : polygonStarts.size() - 1; }
 

@@ -248,11 +248,7 @@ private:
     {
         // Compatibility: a point on the second edge is turned as those on the later ones; existing files look so.
         list.rotateRight(insertAt == 1 ? 1 : 3);
-        constexpr size_t kTriangles[3][3] = {
-            {0, 1, 2},
-            {0, 2, 4},
-            {4, 2, 3}
-        };
+        constexpr size_t kTriangles[3][3] = {{0, 1, 2}, {0, 2, 4}, {4, 2, 3}};
         for (const auto& [a, b, c] : kTriangles) {
             const int32_t points[] = {list.points[a], list.points[b], list.points[c]};
             const Vector2f coordinates[] = {list.coordinates[a], list.coordinates[b], list.coordinates[c]};

@@ -29,18 +29,8 @@ struct HostLanguage {
 };
 
 constexpr HostLanguage kHostLanguages[] = {
-    {"AR", "ar"   },
-    {"CN", "zh-CN"},
-    {"CZ", "cs-CZ"},
-    {"DE", "de-DE"},
-    {"ES", "es-ES"},
-    {"FR", "fr-FR"},
-    {"IT", "it-IT"},
-    {"JP", "ja-JP"},
-    {"KR", "ko"   },
-    {"PL", "pl-PL"},
-    {"RU", "ru-RU"},
-    {"US", "en-US"},
+    {"AR", "ar"},    {"CN", "zh-CN"}, {"CZ", "cs-CZ"}, {"DE", "de-DE"}, {"ES", "es-ES"}, {"FR", "fr-FR"},
+    {"IT", "it-IT"}, {"JP", "ja-JP"}, {"KR", "ko"},    {"PL", "pl-PL"}, {"RU", "ru-RU"}, {"US", "en-US"},
 };
 
 } // namespace

@@ -24,18 +24,14 @@ Matrix rotationAboutX(double angle)
 {
     const double c = std::cos(angle);
     const double s = std::sin(angle);
-    return {
-        {{1, 0, 0, 0}, {0, c, s, 0}, {0, -s, c, 0}, {0, 0, 0, 1}}
-    };
+    return {{{1, 0, 0, 0}, {0, c, s, 0}, {0, -s, c, 0}, {0, 0, 0, 1}}};
 }
 
 Matrix rotationAboutZ(double angle)
 {
     const double c = std::cos(angle);
     const double s = std::sin(angle);
-    return {
-        {{c, s, 0, 0}, {-s, c, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}
-    };
+    return {{{c, s, 0, 0}, {-s, c, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}};
 }
 
 // Hands frames down a walk: one open frame for each branch that still goes on.
