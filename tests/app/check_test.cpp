@@ -1,28 +1,13 @@
 #include "app/test_plant.h"
+#include "support/gzip.h"
 
 #include <nlohmann/json.hpp>
-#include <zlib.h>
 
 #include <map>
 #include <set>
 
 namespace verdanth::test {
 namespace {
-
-std::string gzipped(const std::string& text)
-{
-    std::string bytes(text.size() + 1000, '\0');
-    z_stream stream{};
-    deflateInit2(&stream, 9, Z_DEFLATED, 15 + 16, 8, Z_DEFAULT_STRATEGY);
-    stream.next_in = const_cast<Bytef*>(reinterpret_cast<const Bytef*>(text.data()));
-    stream.avail_in = static_cast<uInt>(text.size());
-    stream.next_out = reinterpret_cast<Bytef*>(bytes.data());
-    stream.avail_out = static_cast<uInt>(bytes.size());
-    deflate(&stream, Z_FINISH);
-    bytes.resize(stream.total_out);
-    deflateEnd(&stream);
-    return bytes;
-}
 
 struct Verdict {
     int status;
@@ -53,10 +38,10 @@ std::string replaced(std::string text, const std::string& from, const std::strin
 
 TEST(Check, FindsNothingInAWholePlantPlainOrCompressed)
 {
-    const TestFolder folder;
+    const TemporaryFolder folder;
     const std::string text = PlantText().text();
     EXPECT_EQ(RunApp({"check", folder.write("tree.vdt", text)}).out, folder.path("tree.vdt") + ": clean\n");
-    EXPECT_EQ(check(folder.write("tree.vdt.gz", gzipped(text))).status, 0);
+    EXPECT_EQ(check(folder.write("tree.vdt.gz", vdt::test::Gzip(text))).status, 0);
 }
 
 // Each row breaks one thing in a whole plant: in one of its texts, `from` becomes `to`. No `from`: `to` is added.
@@ -108,7 +93,7 @@ TEST(Check, TellsEachLossByItsKind)
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(std::string(row.kind) + ": " + row.part);
-        const TestFolder folder;
+        const TemporaryFolder folder;
         folder.write("empty.png", "");
         folder.write("folder/x", "");
         folder.write("whole.vdt", P().targetText());
@@ -126,7 +111,7 @@ TEST(Check, TellsEachLossByItsKind)
 
 TEST(Check, ChecksTheFilesOfStubsTheSameWay)
 {
-    const TestFolder folder;
+    const TemporaryFolder folder;
     PlantText target;
     target.points = "0 0 0  0 20 0  0 20 0  4 14 2"; // two points on one another
     target.polylineAttributes = R"(<attrib name="radius" type="float" storageclass="vertex">1</attrib>)";
@@ -147,8 +132,8 @@ TEST(Check, ChecksTheFilesOfStubsTheSameWay)
 
 TEST(Check, CallsFilesUnusableThatGiveNoPlant)
 {
-    const TestFolder folder;
-    const std::string whole = gzipped(PlantText().text());
+    const TemporaryFolder folder;
+    const std::string whole = vdt::test::Gzip(PlantText().text());
     std::string flipped = whole;
     flipped[whole.size() / 2] = static_cast<char>(flipped[whole.size() / 2] ^ 0x55);
     const std::string text = PlantText().text();

@@ -12,10 +12,9 @@ constexpr int kNotAvailable = 77;
 
 TEST(GltfValidator, FindsNoErrorInAnyFormOfExport)
 {
-    const TestFolder folder;
+    const TemporaryFolder folder;
     const std::vector<uint8_t> png = EncodePng({2, 2, {9, 9, 9, 0, 9, 9, 9, 255, 9, 9, 9, 255, 9, 9, 9, 255}});
-    folder.write("in/leaf.png", {png.begin(), png.end()});
-    folder.write("in/mask.png", {png.begin(), png.end()});
+    for (const char* name : {"in/leaf.png", "in/mask.png"}) folder.write(name, std::string(png.begin(), png.end()));
     PlantText plant;
     plant.materials =
         R"(<material matid="1" name="bark"><diffuse texture="leaf.png"/><normal texture="leaf.png"/></material>

@@ -1,12 +1,11 @@
 #include "app/read_back.h"
 
+#include "support/temporary_folder.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <cstring>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <map>
 #include <sstream>
 
@@ -14,13 +13,6 @@ namespace verdanth::test {
 namespace {
 
 using Json = nlohmann::json;
-
-std::string contentOf(const std::filesystem::path& path)
-{
-    std::ifstream stream(path, std::ios::binary);
-    EXPECT_TRUE(stream) << path;
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
 
 template <class Number> Number numberAt(const std::string& bytes, size_t place)
 {
@@ -32,15 +24,9 @@ template <class Number> Number numberAt(const std::string& bytes, size_t place)
 
 std::string unescaped(const std::string& uri)
 {
-    std::string path;
-    for (size_t i = 0; i < uri.size(); ++i) {
-        if (uri[i] != '%') {
-            path += uri[i];
-            continue;
-        }
-        path += static_cast<char>(std::stoi(uri.substr(i + 1, 2), nullptr, 16));
-        i += 2;
-    }
+    std::string path = uri;
+    for (size_t i = 0; (i = path.find('%', i)) != path.npos; ++i)
+        path.replace(i, 3, 1, static_cast<char>(std::stoi(path.substr(i + 1, 2), nullptr, 16)));
     return path;
 }
 
@@ -132,7 +118,7 @@ void readNode(ReadScene& scene, size_t index)
 ReadScene ReadGltfFile(const std::string& path)
 {
     ReadScene scene;
-    const std::string content = contentOf(path);
+    const std::string content = vdt::test::BytesOfFile(path);
     const std::filesystem::path folder = std::filesystem::path(path).parent_path();
     if (path.ends_with(".glb")) {
         EXPECT_EQ(content.substr(0, 4), "glTF");
@@ -147,7 +133,7 @@ ReadScene ReadGltfFile(const std::string& path)
         scene.buffer = content.substr(28 + length);
     } else {
         scene.document = Json::parse(content);
-        scene.buffer = contentOf(folder / unescaped(scene.document["buffers"][0]["uri"]));
+        scene.buffer = vdt::test::BytesOfFile(folder / unescaped(scene.document["buffers"][0]["uri"]));
     }
     EXPECT_EQ(scene.document["buffers"][0]["byteLength"].get<size_t>(), scene.buffer.size());
     for (const Json& image : scene.document.value("images", Json::array())) {
@@ -165,7 +151,7 @@ ReadScene ReadObjFile(const std::string& path)
     std::vector<vdt::Vector3> points, normals;
     std::vector<vdt::Vector2f> coordinates;
     std::string material;
-    std::istringstream lines(contentOf(path));
+    std::istringstream lines(vdt::test::BytesOfFile(path));
     for (std::string line; std::getline(lines, line);) {
         std::istringstream words(line);
         std::string keyword;
@@ -195,7 +181,7 @@ ReadScene ReadObjFile(const std::string& path)
 ReadScene ReadPlyFile(const std::string& path)
 {
     ReadScene scene;
-    const std::string content = contentOf(path);
+    const std::string content = vdt::test::BytesOfFile(path);
     std::istringstream lines(content);
     std::map<std::string, size_t> counts;
     std::string line;
@@ -254,37 +240,22 @@ void CheckScene(const ReadScene& scene, bool facing)
     }
 }
 
-vdt::Vector3 ReadScene::min() const
+vdt::Box ReadScene::bounds() const
 {
-    vdt::Vector3 low = polygons.front().corners.front().position;
+    vdt::Box box;
     for (const ReadPolygon& polygon : polygons)
-        for (const auto& [p, n, t] : polygon.corners)
-            low = {std::min(low.x, p.x), std::min(low.y, p.y), std::min(low.z, p.z)};
-    return low;
+        for (const ReadCorner& corner : polygon.corners) box.extend(corner.position);
+    return box;
 }
 
-vdt::Vector3 ReadScene::max() const
+std::pair<vdt::Vector3, double> ReadScene::area(const std::string& material) const
 {
-    vdt::Vector3 high = polygons.front().corners.front().position;
-    for (const ReadPolygon& polygon : polygons)
-        for (const auto& [p, n, t] : polygon.corners)
-            high = {std::max(high.x, p.x), std::max(high.y, p.y), std::max(high.z, p.z)};
-    return high;
-}
-
-vdt::Vector3 ReadScene::areaVector(const std::string& material) const
-{
-    vdt::Vector3 sum{0, 0, 0};
-    for (const ReadPolygon& polygon : polygons)
-        if (polygon.material == material) sum += areaOf(polygon);
-    return sum;
-}
-
-double ReadScene::area(const std::string& material) const
-{
-    double sum = 0;
-    for (const ReadPolygon& polygon : polygons)
-        if (polygon.material == material) sum += vdt::Length(areaOf(polygon));
+    std::pair<vdt::Vector3, double> sum{{0, 0, 0}, 0};
+    for (const ReadPolygon& polygon : polygons) {
+        if (polygon.material != material) continue;
+        sum.first += areaOf(polygon);
+        sum.second += vdt::Length(areaOf(polygon));
+    }
     return sum;
 }
 

@@ -2,13 +2,13 @@
 // test failure. All give the same record.
 #pragma once
 
+#include "vdt/math/box.h"
 #include "vdt/math/matrix.h"
 
 #include <nlohmann/json.hpp>
 
-#include <array>
-#include <cstdint>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace verdanth::test {
@@ -28,10 +28,9 @@ struct ReadScene {
     nlohmann::json document; // of glTF
     std::string buffer;
 
-    vdt::Vector3 min() const, max() const;
-    /// Twice the sum of the polygons' area vectors by material: the same however polygons are cut.
-    vdt::Vector3 areaVector(const std::string& material) const;
-    double area(const std::string& material) const;
+    vdt::Box bounds() const;
+    /// Twice the sum of a material's area vectors, the same however polygons are cut, and of their lengths.
+    std::pair<vdt::Vector3, double> area(const std::string& material) const;
 };
 
 /// .glb or .gltf

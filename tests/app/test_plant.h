@@ -1,48 +1,16 @@
-// A small plant as text, a folder for it, and a run of the program in this process.
+// A small plant as text and a run of the program in this process.
 #pragma once
 
 #include "command_line.h"
+#include "support/temporary_folder.h"
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <sstream>
-#include <stdlib.h>
-#include <string>
 
 namespace verdanth::test {
 
-/// A new folder that goes with all its content.
-class TestFolder {
-public:
-    TestFolder()
-    {
-        std::string name = (std::filesystem::temp_directory_path() / "verdanth-XXXXXX").string();
-        root = mkdtemp(name.data());
-    }
-    TestFolder(const TestFolder&) = delete;
-    TestFolder& operator=(const TestFolder&) = delete;
-    ~TestFolder() { std::filesystem::remove_all(root); }
-
-    std::string path(const std::string& name) const { return (root / name).string(); }
-    /// Makes folders on the way. Gives the path.
-    std::string write(const std::string& name, const std::string& content) const
-    {
-        std::filesystem::create_directories((root / name).parent_path());
-        std::ofstream(root / name, std::ios::binary) << content;
-        return path(name);
-    }
-    std::string read(const std::string& name) const
-    {
-        std::ifstream stream(root / name, std::ios::binary);
-        return {std::istreambuf_iterator<char>(stream), {}};
-    }
-    bool has(const std::string& name) const { return std::filesystem::exists(root / name); }
-
-    std::filesystem::path root;
-};
+using vdt::test::TemporaryFolder;
 
 struct RunResult {
     int status;

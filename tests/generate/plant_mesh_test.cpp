@@ -1,6 +1,6 @@
 #include "support/check_mesh.h"
 #include "support/foreign_mesh.h"
-#include "support/random_tree.h"
+#include "support/skeleton_builder.h"
 #include "vdt/generate/control_mesh.h"
 #include "vdt/generate/foliage.h"
 #include "vdt/generate/plant_mesh.h"
@@ -21,7 +21,7 @@ std::unique_ptr<Mesh> leaf(int32_t material)
 ModelVariant plant(uint32_t seed)
 {
     ModelVariant variant;
-    variant.skeleton = RandomTree(seed);
+    variant.skeleton = RandomTree(seed, 1 + seed % 8);
     for (uint64_t point = 0; point < variant.skeleton.points.size(); ++point) {
         ConnectorAttributes attributes;
         attributes.group = static_cast<int32_t>(point % 3);

@@ -62,15 +62,6 @@ uint64_t vertexCount(const Skeleton& skeleton)
     return count;
 }
 
-TEST(Walk, OrdersOnASmallTree)
-{
-    const Skeleton skeleton = SkeletonBuilder().trunk(3).side(1, 2).side(1, 2).side(2, 2).side(1, 2, 1).take();
-    EXPECT_EQ(told(walk(skeleton, false, WalkFilter::None)),
-              "0.0/1 0.1/1 1.0/2 1.1/2 4.0/3 4.1/3 2.0/2 2.1/2 0.2/1 3.0/2 3.1/2 ");
-    EXPECT_EQ(told(walk(skeleton, true, WalkFilter::None)),
-              "0.0/1 0.1/1 0.2/1 3.0/2 3.1/2 1.0/2 1.1/2 4.0/3 4.1/3 2.0/2 2.1/2 ");
-}
-
 TEST(Walk, EqualsTheRecursionOnAnyTree)
 {
     for (uint32_t seed = 0; seed < 60; ++seed) {
