@@ -333,6 +333,18 @@ TEST(VdtReader, TellsOfUnusableFiles)
     }
 }
 
+TEST(VdtReader, ManyShortAttributesTakeLittleMemory)
+{
+    // Each could claim the room of a full list: 20,000 times three megabytes.
+    std::string lists = "<nvertices>100000</nvertices><vertices>";
+    for (int i = 0; i < 100000; ++i) lists += "0 ";
+    lists += "</vertices>";
+    for (int i = 0; i < 20000; ++i) lists += "<attrib name=\"x\" type=\"float4\" storageclass=\"vertex\">1</attrib>";
+    const ReadModel read =
+        readPlant("<model><skeleton><points>0 0 0</points><polylines>" + lists + "</polylines></skeleton></model>");
+    EXPECT_EQ(read.losses.size(), 20000u);
+}
+
 TEST(VdtReader, BoundsRecordsByWhatAFileCanMean)
 {
     std::string text;

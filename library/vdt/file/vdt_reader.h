@@ -88,6 +88,7 @@ private:
     bool inGeometryList(Element child) const;
     void clearGeometryLists();
     void startAttrib(const ElementAttributes& attributes);
+    void reserveAttribute();
     void startMesh(const ElementAttributes& attributes);
     bool endGeometryElement();
     void endSkeletonPoints();

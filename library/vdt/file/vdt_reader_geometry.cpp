@@ -53,6 +53,17 @@ int32_t integerAt(const Array<int32_t>* values, uint64_t index)
     return values && index < values->size() ? (*values)[index] : 0;
 }
 
+// Hands over a list with its memory; a list much shorter than the room made for it is copied, so that the memory which
+// many attributes hold stays in measure with the file.
+template <class Number> void takeValues(Array<Number>& kept, Array<Number>& list)
+{
+    if (2 * list.size() < list.capacity()) {
+        kept.assign(list.begin(), list.end());
+    } else {
+        kept.swap(list);
+    }
+}
+
 bool isIndex(int32_t value, uint64_t count)
 {
     return value >= 0 && static_cast<uint64_t>(value) < count;
@@ -109,6 +120,22 @@ void VdtReader::startAttrib(const ElementAttributes& attributes)
         const auto* found = std::ranges::find(kStorageClasses, *name);
         if (found != std::end(kStorageClasses))
             attrib.storageClass = static_cast<int32_t>(found - std::begin(kStorageClasses));
+    }
+    reserveAttribute();
+}
+
+// The lists before an attribute tell how long it should be, which spares it growing by and by.
+void VdtReader::reserveAttribute()
+{
+    const uint64_t elements = attrib.storageClass == kVertexStorage      ? vertexPoints.size()
+                              : attrib.storageClass == kPrimitiveStorage ? vertexCounts.size()
+                                                                         : 0;
+    if (elements == 0 || !inGeometryList(Element::Attrib)) return;
+    const uint64_t count = elements * static_cast<uint64_t>(attrib.components) + kPieceSize;
+    if (attrib.numericFloat) {
+        floats.values.reserve(count);
+    } else {
+        integers.values.reserve(count);
     }
 }
 
@@ -197,8 +224,8 @@ void VdtReader::endAttrib()
         for (uint64_t i = 0; i < points.size(); ++i) points[i].weight = static_cast<float>(floats.values[i]);
         return;
     }
-    attrib.floats.swap(floats.values);
-    attrib.integers.swap(integers.values);
+    takeValues(attrib.floats, floats.values);
+    takeValues(attrib.integers, integers.values);
     attribs.push_back(std::exchange(attrib, {}));
 }
 
