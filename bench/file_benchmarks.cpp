@@ -1,4 +1,5 @@
 // From a file's bytes to finished records, stage by stage, each beside what it is measured against.
+#include "ratio.h"
 #include "vdt/file/inflate_stream.h"
 #include "vdt/file/number_list.h"
 #include "vdt/file/vdt_reader.h"
@@ -29,65 +30,62 @@ using workloads::MemoryStream;
 constexpr size_t kSmallArea = 4096;
 constexpr size_t kLargeArea = 65536; // what the inflating stream uses
 
-void setBytes(benchmark::State& state, size_t bytes)
+constexpr auto nothing = [] {};
+
+// Two in turns, seven times each.
+template <class Ours, class Anchor> void compare(benchmark::State& state, size_t bytes, Ours ours, Anchor anchor)
 {
+    vdt::bench::CompareTimes(state, ours, anchor, nothing);
     state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * bytes));
 }
 
+void InTurns(benchmark::internal::Benchmark* run)
+{
+    run->UseManualTime()->Iterations(7)->Unit(benchmark::kMillisecond);
+}
+
 // zlib by itself: header skipped, two areas, a running CRC.
-void inflateBare(benchmark::State& state, size_t area)
+uLong inflateBare(size_t area)
 {
     const std::string& gzip = LargeGzip();
     std::vector<Bytef> input(area), output(area);
-    uLong crc = 0;
-    for (auto _ : state) {
-        z_stream zlib{};
-        inflateInit2(&zlib, -MAX_WBITS);
-        size_t at = 10;
-        crc = crc32(0, nullptr, 0);
-        for (int code = Z_OK; code != Z_STREAM_END;) {
-            if (zlib.avail_in == 0) {
-                const size_t count = std::min(area, gzip.size() - at);
-                std::memcpy(input.data(), gzip.data() + at, count);
-                at += count;
-                zlib.next_in = input.data();
-                zlib.avail_in = static_cast<uInt>(count);
-            }
-            zlib.next_out = output.data();
-            zlib.avail_out = static_cast<uInt>(area);
-            code = inflate(&zlib, Z_SYNC_FLUSH);
-            crc = crc32(crc, output.data(), static_cast<uInt>(area - zlib.avail_out));
+    z_stream zlib{};
+    inflateInit2(&zlib, -MAX_WBITS);
+    size_t at = 10;
+    uLong crc = crc32(0, nullptr, 0);
+    for (int code = Z_OK; code != Z_STREAM_END;) {
+        if (zlib.avail_in == 0) {
+            const size_t count = std::min(area, gzip.size() - at);
+            std::memcpy(input.data(), gzip.data() + at, count);
+            at += count;
+            zlib.next_in = input.data();
+            zlib.avail_in = static_cast<uInt>(count);
         }
-        inflateEnd(&zlib);
-        benchmark::DoNotOptimize(crc);
+        zlib.next_out = output.data();
+        zlib.avail_out = static_cast<uInt>(area);
+        code = inflate(&zlib, Z_SYNC_FLUSH);
+        crc = crc32(crc, output.data(), static_cast<uInt>(area - zlib.avail_out));
     }
-    setBytes(state, LargeText().size());
+    inflateEnd(&zlib);
+    return crc;
 }
 
-void inflate_zlib_4k(benchmark::State& state)
-{
-    inflateBare(state, kSmallArea);
-}
-BENCHMARK(inflate_zlib_4k)->Unit(benchmark::kMillisecond);
-
-void inflate_zlib(benchmark::State& state)
-{
-    inflateBare(state, kLargeArea);
-}
-BENCHMARK(inflate_zlib)->Unit(benchmark::kMillisecond);
-
-void inflate_stream(benchmark::State& state)
+uLong inflateThroughStream()
 {
     char piece[kSmallArea];
-    for (auto _ : state) {
-        MemoryStream source(LargeGzip());
-        zlib_stream::zip_istream stream(source);
-        while (stream.read(piece, sizeof piece)) benchmark::DoNotOptimize(piece);
-    }
-    setBytes(state, LargeText().size());
-    state.SetLabel("vs=inflate_zlib vs=inflate_zlib_4k");
+    MemoryStream source(LargeGzip());
+    zlib_stream::zip_istream stream(source);
+    while (stream.read(piece, sizeof piece)) benchmark::DoNotOptimize(piece);
+    return stream.crc();
 }
-BENCHMARK(inflate_stream)->Unit(benchmark::kMillisecond);
+
+void inflate_beside_zlib(benchmark::State& state, size_t area)
+{
+    LargeGzip();
+    compare(state, LargeText().size(), inflateThroughStream, [area] { return inflateBare(area); });
+}
+BENCHMARK_CAPTURE(inflate_beside_zlib, same_areas, kLargeArea)->Apply(InTurns);
+BENCHMARK_CAPTURE(inflate_beside_zlib, areas_of_4k, kSmallArea)->Apply(InTurns);
 
 class NoEvents : public vdt::SimpleXml {
 public:
@@ -100,17 +98,12 @@ public:
     void characters(std::string_view text) override { benchmark::DoNotOptimize(text.data()); }
 };
 
-void xml_events(benchmark::State& state)
+bool parseEvents()
 {
     vdt::NullMessageHandler silent;
-    for (auto _ : state) {
-        MemoryStream stream(LargeText());
-        NoEvents(silent).parse(stream, LargeText().size());
-    }
-    setBytes(state, LargeText().size());
-    state.SetLabel("vs=xml_pugixml");
+    MemoryStream stream(LargeText());
+    return NoEvents(silent).parse(stream, LargeText().size());
 }
-BENCHMARK(xml_events)->Unit(benchmark::kMillisecond);
 
 // Every number of the text into arrays by kind, without making records.
 class NumbersAlone final : public NoEvents {
@@ -146,55 +139,39 @@ public:
     bool isNumber = false, isInteger = false;
 };
 
-void text_to_arrays(benchmark::State& state)
+size_t parseToArrays()
 {
     vdt::NullMessageHandler silent;
-    for (auto _ : state) {
-        MemoryStream stream(LargeText());
-        NumbersAlone numbers(silent);
-        numbers.parse(stream, LargeText().size());
-        benchmark::DoNotOptimize(numbers.total);
-    }
-    setBytes(state, LargeText().size());
-    state.SetLabel("vs=text_pugixml_fast_float");
+    MemoryStream stream(LargeText());
+    NumbersAlone numbers(silent);
+    numbers.parse(stream, LargeText().size());
+    return numbers.total;
 }
-BENCHMARK(text_to_arrays)->Unit(benchmark::kMillisecond);
 
-void text_to_records(benchmark::State& state)
+std::unique_ptr<vdt::Model> parseToRecords()
 {
     vdt::NullMessageHandler silent;
-    for (auto _ : state) {
-        MemoryStream stream(LargeText());
-        auto model = std::make_unique<vdt::Model>();
-        vdt::VdtReader(*model, silent).parse(stream, LargeText().size());
-        benchmark::DoNotOptimize(model->variants.data());
-        state.PauseTiming();
-        model.reset();
-        state.ResumeTiming();
-    }
-    setBytes(state, LargeText().size());
-    state.SetLabel("vs=text_pugixml_fast_float");
+    MemoryStream stream(LargeText());
+    auto model = std::make_unique<vdt::Model>();
+    vdt::VdtReader(*model, silent).parse(stream, LargeText().size());
+    return model;
 }
-BENCHMARK(text_to_records)->Unit(benchmark::kMillisecond);
 
-void gzip_to_records(benchmark::State& state)
+void gzip_to_records_beside_zlib(benchmark::State& state, size_t area)
 {
     const std::filesystem::path path = std::filesystem::temp_directory_path() / "verdanth_bench_large.vdt.gz";
     std::ofstream(path, std::ios::binary) << LargeGzip();
-    vdt::NullMessageHandler silent;
-    for (auto _ : state) {
+    const auto read = [&] {
+        vdt::NullMessageHandler silent;
         auto model = std::make_unique<vdt::Model>();
         if (!vdt::VdtReader(*model, silent).readFile(path.string())) state.SkipWithError("the file cannot be read");
-        benchmark::DoNotOptimize(model->variants.data());
-        state.PauseTiming();
-        model.reset();
-        state.ResumeTiming();
-    }
+        return model;
+    };
+    compare(state, LargeText().size(), read, [area] { return inflateBare(area); });
     std::filesystem::remove(path);
-    setBytes(state, LargeText().size());
-    state.SetLabel("vs=inflate_zlib vs=inflate_zlib_4k");
 }
-BENCHMARK(gzip_to_records)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(gzip_to_records_beside_zlib, same_areas, kLargeArea)->Apply(InTurns);
+BENCHMARK_CAPTURE(gzip_to_records_beside_zlib, areas_of_4k, kSmallArea)->Apply(InTurns);
 
 // The text of the largest lists, numbers and white space alone.
 std::string numbersBetween(const char* from, const char* to)
@@ -215,31 +192,12 @@ const std::string& integerText()
     return text;
 }
 
-template <class List> void appendList(benchmark::State& state, const std::string& text, const char* label)
+template <class List> size_t appendAll(List& list, const std::string& text)
 {
-    List list;
-    for (auto _ : state) {
-        list.clear();
-        for (size_t at = 0; at < text.size(); at += kSmallArea)
-            list.append(std::string_view(text).substr(at, kSmallArea));
-        benchmark::DoNotOptimize(list.values.data());
-    }
-    setBytes(state, text.size());
-    state.SetItemsProcessed(static_cast<int64_t>(state.iterations() * list.values.size()));
-    state.SetLabel(label);
+    list.clear();
+    for (size_t at = 0; at < text.size(); at += kSmallArea) list.append(std::string_view(text).substr(at, kSmallArea));
+    return list.values.size();
 }
-
-void numbers_floats(benchmark::State& state)
-{
-    appendList<vdt::FloatList>(state, floatText(), "vs=numbers_fast_float");
-}
-BENCHMARK(numbers_floats)->Unit(benchmark::kMillisecond);
-
-void numbers_integers(benchmark::State& state)
-{
-    appendList<vdt::IntegerList>(state, integerText(), "vs=numbers_from_chars");
-}
-BENCHMARK(numbers_integers)->Unit(benchmark::kMillisecond);
 
 // White space skipped and numbers parsed by `parse(begin, end, value)`, which gives the end of the number.
 template <class Number, class Parse>
@@ -254,15 +212,18 @@ void parseAll(const char* at, const char* end, std::vector<Number>& values, Pars
     }
 }
 
-template <class Number, class Parse> void parsePeer(benchmark::State& state, const std::string& text, Parse parse)
+template <class Number, class List, class Parse>
+void compareNumbers(benchmark::State& state, const std::string& text, Parse parse)
 {
+    List list;
     std::vector<Number> values;
-    for (auto _ : state) {
-        values.clear();
-        parseAll<Number>(text.data(), text.data() + text.size(), values, parse);
-        benchmark::DoNotOptimize(values.data());
-    }
-    setBytes(state, text.size());
+    compare(
+        state, text.size(), [&] { return appendAll(list, text); },
+        [&] {
+            values.clear();
+            parseAll<Number>(text.data(), text.data() + text.size(), values, parse);
+            return values.size();
+        });
     state.SetItemsProcessed(static_cast<int64_t>(state.iterations() * values.size()));
 }
 
@@ -270,11 +231,11 @@ constexpr auto fromChars = [](const char* at, const char* end, int32_t& value) {
     return std::from_chars(at, end, value).ptr;
 };
 
-void numbers_from_chars(benchmark::State& state)
+void integers_beside_from_chars(benchmark::State& state)
 {
-    parsePeer<int32_t>(state, integerText(), fromChars);
+    compareNumbers<int32_t, vdt::IntegerList>(state, integerText(), fromChars);
 }
-BENCHMARK(numbers_from_chars)->Unit(benchmark::kMillisecond);
+BENCHMARK(integers_beside_from_chars)->Apply(InTurns)->Iterations(41);
 
 #ifdef VERDANTH_BENCH_PEERS
 
@@ -282,26 +243,11 @@ constexpr auto fastFloat = [](const char* at, const char* end, double& value) {
     return fast_float::from_chars(at, end, value).ptr;
 };
 
-void numbers_fast_float(benchmark::State& state)
+void floats_beside_fast_float(benchmark::State& state)
 {
-    parsePeer<double>(state, floatText(), fastFloat);
+    compareNumbers<double, vdt::FloatList>(state, floatText(), fastFloat);
 }
-BENCHMARK(numbers_fast_float)->Unit(benchmark::kMillisecond);
-
-void xml_pugixml(benchmark::State& state)
-{
-    std::string copy;
-    for (auto _ : state) {
-        state.PauseTiming();
-        copy = LargeText();
-        pugi::xml_document document;
-        state.ResumeTiming();
-        document.load_buffer_inplace(copy.data(), copy.size(), pugi::parse_minimal);
-        benchmark::DoNotOptimize(document.first_child());
-    }
-    setBytes(state, LargeText().size());
-}
-BENCHMARK(xml_pugixml)->Unit(benchmark::kMillisecond);
+BENCHMARK(floats_beside_fast_float)->Apply(InTurns)->Iterations(41);
 
 void collect(const pugi::xml_node& node, std::vector<double>& floats, std::vector<int32_t>& integers, size_t& total)
 {
@@ -322,24 +268,55 @@ void collect(const pugi::xml_node& node, std::vector<double>& floats, std::vecto
     }
 }
 
-void text_pugixml_fast_float(benchmark::State& state)
-{
-    std::string copy;
-    for (auto _ : state) {
-        state.PauseTiming();
+// Parses in place, for which the text is copied before each turn.
+class PugixmlTurn {
+public:
+    void prepare()
+    {
         copy = LargeText();
-        state.ResumeTiming();
-        pugi::xml_document document;
-        document.load_buffer_inplace(copy.data(), copy.size(), pugi::parse_minimal);
+        document = std::make_unique<pugi::xml_document>();
+    }
+    bool parse() { return document->load_buffer_inplace(copy.data(), copy.size(), pugi::parse_minimal); }
+    size_t parseToArrays()
+    {
+        parse();
         std::vector<double> floats;
         std::vector<int32_t> integers;
         size_t total = 0;
-        collect(document, floats, integers, total);
-        benchmark::DoNotOptimize(total);
+        collect(*document, floats, integers, total);
+        return total;
     }
-    setBytes(state, LargeText().size());
+
+private:
+    std::string copy;
+    std::unique_ptr<pugi::xml_document> document;
+};
+
+template <class Ours, class Peer> void compareWithPugixml(benchmark::State& state, Ours ours, Peer peer)
+{
+    PugixmlTurn turn;
+    vdt::bench::CompareTimes(
+        state, ours, [&] { return peer(turn); }, [&] { turn.prepare(); });
+    state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * LargeText().size()));
 }
-BENCHMARK(text_pugixml_fast_float)->Unit(benchmark::kMillisecond);
+
+void events_beside_pugixml(benchmark::State& state)
+{
+    compareWithPugixml(state, parseEvents, [](PugixmlTurn& turn) { return turn.parse(); });
+}
+BENCHMARK(events_beside_pugixml)->Apply(InTurns)->Iterations(21);
+
+void text_to_arrays_beside_pugixml_fast_float(benchmark::State& state)
+{
+    compareWithPugixml(state, parseToArrays, [](PugixmlTurn& turn) { return turn.parseToArrays(); });
+}
+BENCHMARK(text_to_arrays_beside_pugixml_fast_float)->Apply(InTurns);
+
+void text_to_records_beside_pugixml_fast_float(benchmark::State& state)
+{
+    compareWithPugixml(state, parseToRecords, [](PugixmlTurn& turn) { return turn.parseToArrays(); });
+}
+BENCHMARK(text_to_records_beside_pugixml_fast_float)->Apply(InTurns);
 
 #endif
 
