@@ -1,0 +1,80 @@
+#include "vdt/math/mersenne_twister.h"
+
+#include <gtest/gtest.h>
+
+#include <numeric>
+#include <random>
+#include <sstream>
+#include <vector>
+
+namespace vdt {
+namespace {
+
+// The standard library's generator with the old seeding, which it only takes as a written-out state.
+std::mt19937 seededTheOldWay(uint32_t seed)
+{
+    std::ostringstream state;
+    for (int i = 0; i < 624; ++i) {
+        state << seed << ' ';
+        seed *= 69069;
+    }
+    std::mt19937 generator;
+    std::istringstream(state.str() + "624") >> generator;
+    return generator;
+}
+
+TEST(MersenneTwister, IsThePublishedGeneratorWithItsFirstSeeding)
+{
+    for (const uint32_t seed : {4357U, 1U, 2U, 0xffffffffU}) {
+        std::mt19937 judge = seededTheOldWay(seed);
+        MersenneTwister random(seed);
+        for (int i = 0; i < 2000; ++i) ASSERT_EQ(random.next(), judge()) << "seed " << seed << ", draw " << i;
+    }
+    EXPECT_EQ(MersenneTwister().next(), MersenneTwister(4357).next());
+}
+
+TEST(MersenneTwister, RandomBelowIsTheFirstOutputOfAGeneratorSeededWithTheBound)
+{
+    for (uint32_t n = 1; n < 20000; ++n) ASSERT_EQ(RandomBelow(n), MersenneTwister(n).next() % n) << n;
+    EXPECT_EQ(RandomBelow(0xfffffffbU), MersenneTwister(0xfffffffbU).next() % 0xfffffffbU);
+    EXPECT_EQ(RandomBelow(0), 0);
+}
+
+TEST(MersenneTwister, ShufflesKeepEveryElementAndRepeat)
+{
+    for (const int count : {0, 1, 2, 3, 1000}) {
+        std::vector<int> ordered(count);
+        std::iota(ordered.begin(), ordered.end(), 0);
+
+        std::vector<int> byLength = ordered;
+        ShuffleRange(byLength.begin(), byLength.end());
+        std::vector<int> byGenerator = ordered;
+        MersenneTwister random;
+        ShuffleRange(byGenerator.begin(), byGenerator.end(), random);
+        std::vector<int> repeated = ordered;
+        MersenneTwister same;
+        ShuffleRange(repeated.begin(), repeated.end(), same);
+
+        EXPECT_EQ(byGenerator, repeated);
+        if (count == 1000) {
+            EXPECT_NE(byLength, ordered);
+            EXPECT_NE(byGenerator, ordered);
+        }
+        for (std::vector<int>* shuffled : {&byLength, &byGenerator}) {
+            std::sort(shuffled->begin(), shuffled->end());
+            EXPECT_EQ(*shuffled, ordered);
+        }
+    }
+}
+
+TEST(MersenneTwister, AnIndexNeverReachesTheCount)
+{
+    MersenneTwister random;
+    uint64_t highest = 0;
+    for (int i = 0; i < 100000; ++i) highest = std::max(highest, random.index(3));
+    EXPECT_EQ(highest, 2);
+    EXPECT_EQ(random.index(1), 0);
+}
+
+} // namespace
+} // namespace vdt
