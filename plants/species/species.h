@@ -8,7 +8,9 @@ namespace grower {
 SpeciesRecipe BetulaPendula();
 SpeciesRecipe LavandulaAngustifolia();
 SpeciesRecipe PiceaAbies();
+SpeciesRecipe PopulusNigraItalica();
 SpeciesRecipe PrunusSerrulata();
 SpeciesRecipe QuercusRobur();
+SpeciesRecipe SalixBabylonica();
 
 } // namespace grower

@@ -128,11 +128,14 @@ TEST(PlantLibrary, ReadsWithoutAWordAsSoundPlantsInEveryLanguage)
 TEST(PlantLibrary, HasTheHeightsAndTheRichnessOfItsSpecies)
 {
     using Heights = std::array<std::array<double, 2>, 3>; // of the wood, centimetres, lowest and highest, by age
-    const std::map<std::string, Heights> species = {{"Betula pendula", {{{200, 500}, {700, 1300}, {1500, 2600}}}},
-                                                    {"Lavandula angustifolia", {{{8, 25}, {20, 40}, {30, 60}}}},
-                                                    {"Picea abies", {{{150, 400}, {600, 1300}, {1800, 3500}}}},
-                                                    {"Prunus serrulata", {{{150, 350}, {350, 650}, {600, 1000}}}},
-                                                    {"Quercus robur", {{{200, 600}, {700, 1400}, {1500, 3000}}}}};
+    const std::map<std::string, Heights> species = {
+        {"Betula pendula", {{{200, 500}, {700, 1300}, {1500, 2600}}}},
+        {"Lavandula angustifolia", {{{8, 25}, {20, 40}, {30, 60}}}},
+        {"Picea abies", {{{150, 400}, {600, 1300}, {1800, 3500}}}},
+        {"Populus nigra Italica", {{{200, 600}, {800, 1500}, {2000, 3200}}}},
+        {"Salix babylonica", {{{200, 500}, {500, 900}, {1000, 1500}}}},
+        {"Prunus serrulata", {{{150, 350}, {350, 650}, {600, 1000}}}},
+        {"Quercus robur", {{{200, 600}, {700, 1400}, {1500, 3000}}}}};
     ASSERT_EQ(species.size(), library().size());
     for (const Grown& grown : library()) {
         SCOPED_TRACE(grown.recipe->name);
