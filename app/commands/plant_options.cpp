@@ -4,10 +4,31 @@
 #include "console/console.h"
 #include "files/input_file.h"
 
+#include <limits>
+
 namespace verdanth {
 namespace {
 
 constexpr int kHighestSubdivision = 6; // each level makes four polygons of one
+
+void addReductionOptions(CLI::App& command, vdt::ReductionParameters& reduction)
+{
+    command.add_option("--max-level", reduction.maxLevel, "The deepest branching that is built; the trunk is 1")
+        ->check(CLI::Range(1, std::numeric_limits<int32_t>::max()).description(""))
+        ->type_name("N");
+    command
+        .add_option("--min-radius", reduction.minRadius, "Branches end where they are no thicker; in the model's unit")
+        ->check(CLI::NonNegativeNumber.description(""))
+        ->type_name("R");
+    command
+        .add_option("--foliage", reduction.foliageAmount,
+                    "The share of foliage that is built, 0 to 1, enlarged so that the crown stays as dense")
+        ->check(CLI::Range(0.0, 1.0).description(""))
+        ->type_name("SHARE");
+    command.add_option("--thinning", reduction.foliageThinning, "A further share, that makes the crown thinner")
+        ->check(CLI::Range(0.0, 1.0).description(""))
+        ->type_name("SHARE");
+}
 
 } // namespace
 
@@ -24,6 +45,7 @@ void AddPlantOptions(CLI::App& command, PlantOptions& options)
         ->capture_default_str()
         ->type_name("N");
     command.add_flag("--uniform", options.uniform, "Round all branches alike, not the thinner ones less");
+    addReductionOptions(command, options.reduction);
     AddLibraryOption(command, options.library);
 }
 
@@ -52,7 +74,8 @@ SceneRequest SceneRequestOf(const RequestedPlant& plant, const PlantOptions& opt
             .variant = *plant.variant,
             .season = plant.season,
             .subdivisionLevel = options.subdivision,
-            .uniform = options.uniform};
+            .uniform = options.uniform,
+            .reduction = options.reduction};
 }
 
 } // namespace verdanth

@@ -19,6 +19,7 @@ struct PlantOptions {
     std::string season;
     int subdivision = 1;
     bool uniform = false;
+    vdt::ReductionParameters reduction{};
 };
 
 /// A plant with the variant and season that were asked for. The variant's geometry stays while this lives.

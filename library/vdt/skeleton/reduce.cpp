@@ -115,6 +115,14 @@ bool ReductionParameters::keepAll() const
     return minRadius <= 0 && maxLevel == kAllLevels && !isBelowOne(foliageAmount) && !isBelowOne(foliageThinning);
 }
 
+const Skeleton& ReducedSkeleton(const Skeleton& whole, std::span<const VariantMesh> foliage, std::string_view season,
+                                const ReductionParameters& parameters, Skeleton& room)
+{
+    if (parameters.keepAll()) return whole;
+    whole.Reduce(foliage, season, room, parameters);
+    return room;
+}
+
 void Skeleton::Reduce(std::span<const VariantMesh> foliage, std::string_view season, Skeleton& target,
                       const ReductionParameters& parameters) const
 {

@@ -3,8 +3,13 @@
 
 #include <cstdint>
 #include <limits>
+#include <span>
+#include <string_view>
 
 namespace vdt {
+
+class Skeleton;
+struct VariantMesh;
 
 struct ReductionParameters {
     static constexpr uint32_t kAllLevels = std::numeric_limits<uint32_t>::max();
@@ -17,5 +22,9 @@ struct ReductionParameters {
     /// True if a skeleton reduced by these is the whole skeleton.
     bool keepAll() const;
 };
+
+/// The skeleton reduced, in `room`, or `whole` itself where there is nothing to reduce.
+const Skeleton& ReducedSkeleton(const Skeleton& whole, std::span<const VariantMesh> foliage, std::string_view season,
+                                const ReductionParameters& parameters, Skeleton& room);
 
 } // namespace vdt
