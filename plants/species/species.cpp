@@ -7,8 +7,8 @@ namespace grower {
 const std::vector<SpeciesRecipe>& DefaultSpecies()
 {
     static const std::vector<SpeciesRecipe> species{
-        BetulaPendula(),   LavandulaAngustifolia(), PiceaAbies(),      PopulusNigraItalica(),
-        PrunusSerrulata(), QuercusRobur(),          SalixBabylonica(),
+        AcerPalmatum(),        BetulaPendula(),   LavandulaAngustifolia(), PiceaAbies(),      PinusSylvestris(),
+        PopulusNigraItalica(), PrunusSerrulata(), QuercusRobur(),          SalixBabylonica(),
     };
     return species;
 }

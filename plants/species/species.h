@@ -5,9 +5,11 @@
 
 namespace grower {
 
+SpeciesRecipe AcerPalmatum();
 SpeciesRecipe BetulaPendula();
 SpeciesRecipe LavandulaAngustifolia();
 SpeciesRecipe PiceaAbies();
+SpeciesRecipe PinusSylvestris();
 SpeciesRecipe PopulusNigraItalica();
 SpeciesRecipe PrunusSerrulata();
 SpeciesRecipe QuercusRobur();

@@ -129,13 +129,16 @@ TEST(PlantLibrary, HasTheHeightsAndTheRichnessOfItsSpecies)
 {
     using Heights = std::array<std::array<double, 2>, 3>; // of the wood, centimetres, lowest and highest, by age
     const std::map<std::string, Heights> species = {
+        {"Acer palmatum", {{{80, 200}, {200, 400}, {400, 700}}}},
         {"Betula pendula", {{{200, 500}, {700, 1300}, {1500, 2600}}}},
         {"Lavandula angustifolia", {{{8, 25}, {20, 40}, {30, 60}}}},
         {"Picea abies", {{{150, 400}, {600, 1300}, {1800, 3500}}}},
+        {"Pinus sylvestris", {{{200, 500}, {700, 1400}, {1600, 3000}}}},
         {"Populus nigra Italica", {{{200, 600}, {800, 1500}, {2000, 3200}}}},
-        {"Salix babylonica", {{{200, 500}, {500, 900}, {1000, 1500}}}},
         {"Prunus serrulata", {{{150, 350}, {350, 650}, {600, 1000}}}},
-        {"Quercus robur", {{{200, 600}, {700, 1400}, {1500, 3000}}}}};
+        {"Quercus robur", {{{200, 600}, {700, 1400}, {1500, 3000}}}},
+        {"Salix babylonica", {{{200, 500}, {500, 900}, {1000, 1500}}}},
+    };
     ASSERT_EQ(species.size(), library().size());
     for (const Grown& grown : library()) {
         SCOPED_TRACE(grown.recipe->name);
