@@ -27,7 +27,7 @@ void AddBark(SpeciesRecipe& recipe, const BarkLook& look)
         };
         recipe.textures.push_back({side.normal, draw});
     }
-    recipe.materials.push_back({.id = look.material, .name = look.name, .front = std::move(side)});
+    recipe.materials.push_back({.id = look.material, .name = look.name, .front = std::move(side), .turns = look.turns});
 }
 
 void AddLeaves(SpeciesRecipe& recipe, const LeafLook& look, const std::vector<LeafColors>& leaves)

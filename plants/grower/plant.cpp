@@ -4,6 +4,7 @@
 #include "grower/vocabulary.h"
 
 #include <algorithm>
+#include <map>
 
 namespace grower {
 namespace {
@@ -54,6 +55,15 @@ void addFoliage(vdt::Skeleton& skeleton, const Stem& stem, const std::vector<uin
             skeleton.AddConnector(attributes, points[vertex]);
         }
     }
+}
+
+// Shortens the bark's coordinates by the length of its pictures.
+void fitBark(const SpeciesRecipe& recipe, Stems& stems)
+{
+    std::map<int32_t, int> turns;
+    for (const MaterialRecipe& material : recipe.materials) turns[material.id] = material.turns;
+    for (Stem& stem : stems)
+        for (StemVertex& vertex : stem.vertices) vertex.barkV /= turns.at(stem.material);
 }
 
 } // namespace
@@ -110,6 +120,7 @@ vdt::ModelVariant GrowVariant(const SpeciesRecipe& recipe, const AgeRecipe& age)
 
     Stems stems = GrowStems(age);
     ThickenStems(age, stems);
+    fitBark(recipe, stems);
     variant.skeleton = BuildSkeleton(age, stems);
     for (const OrganRecipe& organ : recipe.organs) {
         auto mesh = std::make_unique<vdt::Mesh>();
