@@ -5,11 +5,19 @@
 #include "files/input_file.h"
 
 #include <limits>
+#include <map>
 
 namespace verdanth {
 namespace {
 
 constexpr int kHighestSubdivision = 6; // each level makes four polygons of one
+constexpr uint64_t kMostPoints = 100'000'000;
+
+const std::map<std::string, PlantForm> kForms{{"full", PlantForm::Full},
+                                              {"proxy", PlantForm::Proxy},
+                                              {"box", PlantForm::Box},
+                                              {"cloud", PlantForm::Cloud},
+                                              {"blob", PlantForm::Blob}};
 
 void addReductionOptions(CLI::App& command, vdt::ReductionParameters& reduction)
 {
@@ -40,12 +48,20 @@ void AddPlantOptions(CLI::App& command, PlantOptions& options)
     command.add_option("--variant", options.variant, "By name, label or number from 0; else the file's default")
         ->type_name("NAME|N");
     command.add_option("--season", options.season, "By name or label; else the variant's default")->type_name("NAME");
-    command.add_option("--subdivision", options.subdivision, "How often trunk and branches are rounded")
+    command.add_option("--subdivision", options.detail.subdivisionLevel, "How often trunk and branches are rounded")
         ->check(CLI::Range(0, kHighestSubdivision).description(""))
         ->capture_default_str()
         ->type_name("N");
     command.add_flag("--uniform", options.uniform, "Round all branches alike, not the thinner ones less");
-    addReductionOptions(command, options.reduction);
+    command.add_option("--as", options.form, "What stands for the plant: all of it, or a lighter form")
+        ->transform(CLI::Transformer(kForms, CLI::ignore_case).description(""))
+        ->default_str("full")
+        ->type_name("full|proxy|box|cloud|blob");
+    command.add_option("--points", options.points, "How many points a cloud has")
+        ->check(CLI::Range(uint64_t{1}, kMostPoints).description(""))
+        ->capture_default_str()
+        ->type_name("N");
+    addReductionOptions(command, options.detail.reduction);
     AddLibraryOption(command, options.library);
 }
 
@@ -73,9 +89,10 @@ SceneRequest SceneRequestOf(const RequestedPlant& plant, const PlantOptions& opt
     return {.model = plant.open.model(),
             .variant = *plant.variant,
             .season = plant.season,
-            .subdivisionLevel = options.subdivision,
+            .form = options.form,
             .uniform = options.uniform,
-            .reduction = options.reduction};
+            .details = {options.detail},
+            .cloudPoints = options.points};
 }
 
 } // namespace verdanth

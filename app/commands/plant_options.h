@@ -17,9 +17,10 @@ struct PlantOptions {
     std::string library;
     std::string variant;
     std::string season;
-    int subdivision = 1;
+    PlantForm form = PlantForm::Full;
+    uint64_t points = 100000; // of a cloud
+    PlantDetail detail;
     bool uniform = false;
-    vdt::ReductionParameters reduction{};
 };
 
 /// A plant with the variant and season that were asked for. The variant's geometry stays while this lives.
