@@ -1,33 +1,12 @@
 #include "vdt/generate/leaf_mesh.h"
 
-#include <optional>
-
 namespace vdt {
 namespace {
 
-struct Triangle {
-    Vector3 a, b, c;
-
-    Vector3 doubleArea() const { return Cross(b - a, c - a); }
-};
-
-// Nothing for a polygon without an area: one of fewer than three corners.
-std::optional<MeshPolygon> recordOf(const MeshInputAccessor& mesh, uint64_t polygon)
+// Twice the triangle's area, along its normal.
+Vector3 doubleArea(const Vector3& a, const Vector3& b, const Vector3& c)
 {
-    MeshPolygon record;
-    record.vertices[0] = kNone;
-    mesh.GetPolygonRecord(record, polygon);
-    if (record.vertices[0] == kNone) return {};
-    return record;
-}
-
-Triangle triangleOf(const MeshInputAccessor& mesh, const MeshPolygon& polygon, int second, int third)
-{
-    Triangle triangle{};
-    mesh.GetPoint(triangle.a, polygon.vertices[0]);
-    mesh.GetPoint(triangle.b, polygon.vertices[second]);
-    mesh.GetPoint(triangle.c, polygon.vertices[third]);
-    return triangle;
+    return Cross(b - a, c - a);
 }
 
 // The polygon at the part `t` of the way through the list; what is no number counts as the first.
@@ -45,11 +24,18 @@ double MeshArea(const MeshInputAccessor& mesh)
 {
     double area = 0;
     const uint64_t polygonCount = mesh.PolygonCount();
-    for (uint64_t polygon = 0; polygon < polygonCount; ++polygon) {
-        const std::optional<MeshPolygon> record = recordOf(mesh, polygon);
-        if (!record) continue;
-        area += Length(triangleOf(mesh, *record, 1, 2).doubleArea()) / 2;
-        if (!record->isTriangle()) area += Length(triangleOf(mesh, *record, 2, 3).doubleArea()) / 2;
+    for (uint64_t index = 0; index < polygonCount; ++index) {
+        MeshPolygon polygon;
+        polygon.vertices[0] = kNone;
+        mesh.GetPolygonRecord(polygon, index);
+        if (polygon.vertices[0] == kNone) continue; // fewer than three corners
+
+        Vector3 a{}, b{}, c{}, d{};
+        mesh.GetPoint(a, polygon.vertices[0]);
+        mesh.GetPoint(b, polygon.vertices[1]);
+        mesh.GetPoint(c, polygon.vertices[2]);
+        area += Length(doubleArea(a, b, c)) / 2;
+        if (!polygon.isTriangle()) area += Length(doubleArea(a, c, mesh.GetPoint(d, polygon.vertices[3]))) / 2;
     }
     return area;
 }
@@ -57,22 +43,27 @@ double MeshArea(const MeshInputAccessor& mesh)
 CloudSample LeafMesh::Sample(double t, MersenneTwister& random) const
 {
     CloudSample sample{matrix.row(3), {0, 0, 0}, weight, 0};
-    const uint64_t polygonCount = mesh.PolygonCount();
-    const std::optional<MeshPolygon> polygon =
-        polygonCount > 0 ? recordOf(mesh, polygonAt(t, polygonCount)) : std::nullopt;
-    if (!polygon) return sample;
+    const uint64_t polygonCount = mesh.polygonEnds.size();
+    if (polygonCount == 0) return sample;
+    const uint64_t polygon = polygonAt(t, polygonCount);
+    const std::span<const uint64_t> corners = mesh.corners(polygon);
+    if (corners.size() < 3) return sample;
 
+    // Quads are cut from corner 0 to corner 2, and both halves are equally likely.
     const double r1 = random.real();
     const double r2 = random.real();
-    const bool onSecondHalf = !polygon->isTriangle() && random.real() >= 0.5;
-    const Triangle triangle = onSecondHalf ? triangleOf(mesh, *polygon, 2, 3) : triangleOf(mesh, *polygon, 1, 2);
+    const bool isQuad = corners.size() > 3 && corners[2] != corners[3];
+    const size_t half = isQuad && random.real() >= 0.5;
+    const Vector3& a = mesh.positions[corners[0]];
+    const Vector3& b = mesh.positions[corners[1 + half]];
+    const Vector3& c = mesh.positions[corners[2 + half]];
 
     const double s = std::sqrt(r1);
-    const Vector3 place = (1 - s) * triangle.a + s * (1 - r2) * triangle.b + s * r2 * triangle.c;
+    const Vector3 place = (1 - s) * a + s * (1 - r2) * b + s * r2 * c;
     sample.position = TransformPoint(place, matrix);
     // Compatibility: the normal does not turn with the leaf. Clouds in existing scenes are lit so.
-    sample.normal = Normalized(triangle.doubleArea());
-    sample.material = polygon->material;
+    sample.normal = Normalized(doubleArea(a, b, c));
+    sample.material = mesh.materials[polygon];
     return sample;
 }
 

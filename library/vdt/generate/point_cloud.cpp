@@ -5,6 +5,7 @@
 #include "vdt/skeleton/walker.h"
 
 #include <limits>
+#include <new>
 #include <optional>
 
 namespace vdt {
@@ -51,12 +52,14 @@ public:
                 end = endOf(++cursor);
             }
             const double t = part(x, start, end);
+            // Made where it belongs: to copy a sample that was just written is to wait for it.
+            void* const place = &samples[i];
             if (cursor < segments.size()) {
-                if (!segment || cursor != before) segment = makeSegment(segments[cursor]);
-                samples[i] = segment->Sample(t, random);
+                if (!segment || cursor != before) segment.emplace(makeSegment(segments[cursor]));
+                ::new (place) CloudSample(segment->Sample(t, random));
             } else {
-                if (!leaf || cursor != before) makeLeaf(leaves[cursor - segments.size()], leaf);
-                samples[i] = leaf->Sample(t, random);
+                if (!leaf || cursor != before) leaf.emplace(makeLeaf(leaves[cursor - segments.size()]));
+                ::new (place) CloudSample(leaf->Sample(t, random));
             }
         }
     }
@@ -131,11 +134,11 @@ private:
                 variant.skeleton.branches[top.branch].matid};
     }
 
-    void makeLeaf(const Leaf& source, std::optional<LeafMesh>& leaf) const
+    LeafMesh makeLeaf(const Leaf& source) const
     {
         const Skeleton& skeleton = variant.skeleton;
         const SkeletonConnector& connector = skeleton.connectors[source.connector];
-        leaf.emplace(*source.mesh, ConnectorFrame(skeleton, connector), skeleton.points[connector.point].weight);
+        return {*source.mesh, ConnectorFrame(skeleton, connector), skeleton.points[connector.point].weight};
     }
 
     const ModelVariant& variant;
