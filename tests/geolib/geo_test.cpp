@@ -100,8 +100,7 @@ TEST(Geo, TakesWhatIsLikelyAndRefusesWhatIsWrong)
         {"point without w", &GeoText::points, "0 0 0 (1 2 3 4)\n0 0 0 1\n0 0 0 1\n", false, ""},
         {"words at a point", &GeoText::points, "0 0 0 1(1 2 3 4) and more\n0 0 0 1x\n0 0 0 1\n", false, ""},
         {"all in one line", &GeoText::primitives, "Poly 3 : 0 1 2 []\nPoly 2 < 2(1)-9(2)[3]\n", true, kBoth},
-        {"over the lines", &GeoText::primitives, "Run 1\nPoly 3\n:\n0\n1 2\nRun 0 Poly Poly 2 < 2 -9", true,
-         kBoth},
+        {"over the lines", &GeoText::primitives, "Run 1\nPoly 3\n:\n0\n1 2\nRun 0 Poly Poly 2 < 2 -9", true, kBoth},
         {"more in the run", &GeoText::primitives, "Run 3 Poly\n3 : 0 1 2\n2 < 2 -9\n1 : 5\n", true,
          "Poly 3 : 0 1 2; Poly 2 < 2 -9; Poly 1 : 5"},
         {"shorter run", &GeoText::primitives, "Run 1 Poly\n3 : 0 1 2\n2 < 2 -9\n", false, "Poly 3 : 0 1 2"},
@@ -171,8 +170,8 @@ TEST(Geo, ReadsOnWhereLinesAreLongerThanAPiece)
 {
     GeoText text;
     std::string corners, values;
-    for (int i = 0; i < 3000; ++i) corners += " " + std::to_string(i) + " (" + std::to_string(i % 7) + ")";
-    text.primitives = "Run 2 Poly\n3000 :" + corners + " [" + std::string(6000, ' ') + "5]\n 1 : 1\n";
+    for (int i = 0; i < 3000; ++i) corners += std::to_string(i) + " (" + std::to_string(i % 7) + ") ";
+    text.primitives = "Run 2 Poly\n3000 : " + corners + "[" + std::string(6000, ' ') + "5]\n 1 : 1\n";
     const ReadGeo geo(text);
     ASSERT_TRUE(geo.complete);
     EXPECT_EQ(geo.primitives[0]->vertexIndex(2999), 2999);
