@@ -1,7 +1,9 @@
 // Random numbers, leaves and bark: what the pictures and small meshes are made of.
 #include "grower/bark.h"
+#include "grower/blade.h"
 #include "grower/leaf.h"
 #include "grower/organs.h"
+#include "support/check_mesh.h"
 
 #include <gtest/gtest.h>
 
@@ -82,7 +84,8 @@ TEST(Bark, HasNoSeamAroundOrAlongTheStem)
     const Bark barks[] = {
         PaintPaperBark({.paper = {0.9f, 0.9f, 0.9f}, .peel = {0.7f, 0.6f, 0.5f}, .pore = {}, .patch = {}}, kSize),
         PaintRidgedBark({.ridge = {0.6f, 0.5f, 0.4f}, .crack = {}, .moss = {0.3f, 0.5f, 0.2f}}, kSize),
-        PaintSmoothBark({.skin = {0.6f, 0.4f, 0.3f}, .shade = {0.2f, 0.1f, 0.1f}, .pore = {0.9f, 0.9f, 0.9f}}, kSize)};
+        PaintSmoothBark({.skin = {0.6f, 0.4f, 0.3f}, .shade = {0.2f, 0.1f, 0.1f}, .pore = {0.9f, 0.9f, 0.9f}}, kSize),
+        PaintScarredBark({.scar = {0.6f, 0.5f, 0.4f}, .rim = {0.8f, 0.7f, 0.6f}, .fibre = {0.2f, 0.1f, 0.1f}}, kSize)};
     for (const Bark& bark : barks) {
         for (const Image& image : {bark.color, bark.height, NormalsOfHeights(bark.height, 0.02)}) {
             for (const bool columns : {true, false}) {
@@ -173,6 +176,45 @@ TEST(LeafMesh, CutsNothingOffTheLeafAndFacesUp)
         mesh.GetBounds(box);
         EXPECT_NEAR(box.min.y, 0, 1e-9);
         EXPECT_NEAR(box.max.y, 7, 1e-9);
+    }
+}
+
+TEST(Blades, ArchAwayFromTheirFacingSideAtTheirLengthAndWidth)
+{
+    Random random(5);
+    for (int i = 0; i < 60; ++i) {
+        SCOPED_TRACE(i);
+        LeafShape shape = randomLeaf(random);
+        shape.stalk = 0;
+        const BladeBody body{.length = random.between(5, 80),
+                             .width = random.between(0.5, 4),
+                             .lean = random.between(0, 30),
+                             .arch = random.between(0, 120),
+                             .stiffness = random.between(0.5, 2.5),
+                             .fold = random.between(0, 25),
+                             .pieces = 2 + static_cast<int>(random.below(7))};
+        vdt::Mesh mesh;
+        AddBlade(mesh, shape, body, vdt::Matrix::Identity());
+        vdt::test::CheckMesh(mesh);
+        const auto rows = static_cast<uint64_t>(body.pieces); // of three points, then the tip
+        ASSERT_EQ(mesh.positions.size(), 3 * rows + 1);
+        double length = 0, width = 0;
+        for (uint64_t row = 0; row < rows; ++row) {
+            const Vector3 middle = mesh.positions[3 * row + 1],
+                          next = mesh.positions[row + 1 < rows ? 3 * row + 4 : 3 * row + 3];
+            length += vdt::Length(next - middle);
+            EXPECT_LE(next.z, middle.z + 1e-9);
+            width = std::max(width, vdt::Length(mesh.positions[3 * row] - mesh.positions[3 * row + 2]));
+        }
+        EXPECT_NEAR(length, body.length, 1e-9);
+        EXPECT_LE(width, body.width + 1e-9);
+        EXPECT_NEAR(mesh.positions.back().x, 0, 1e-9);
+
+        // The outline has its place in the picture, and the foot's facing side is the front.
+        for (const vdt::Vector2f& at : mesh.coordinates)
+            EXPECT_TRUE(at.u >= 0 && at.u <= 1 && at.v >= 0 && at.v <= 1) << at.u << " " << at.v;
+        mesh.ComputeNormals();
+        EXPECT_GT(mesh.normals[0].z, 0.4);
     }
 }
 
