@@ -7,6 +7,8 @@ namespace grower {
 
 SpeciesRecipe BetulaPendula();
 SpeciesRecipe LavandulaAngustifolia();
+SpeciesRecipe MiscanthusSinensis();
+SpeciesRecipe PhoenixCanariensis();
 SpeciesRecipe PiceaAbies();
 SpeciesRecipe PrunusSerrulata();
 SpeciesRecipe QuercusRobur();
