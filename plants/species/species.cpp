@@ -7,8 +7,8 @@ namespace grower {
 const std::vector<SpeciesRecipe>& DefaultSpecies()
 {
     static const std::vector<SpeciesRecipe> species{
-        BetulaPendula(), LavandulaAngustifolia(), MiscanthusSinensis(), PhoenixCanariensis(),
-        PiceaAbies(),    PrunusSerrulata(),       QuercusRobur()};
+        BetulaPendula(),      DryopterisFilixMas(), HelianthusAnnuus(), HydrangeaMacrophylla(), LavandulaAngustifolia(),
+        MiscanthusSinensis(), PhoenixCanariensis(), PiceaAbies(),       PrunusSerrulata(),      QuercusRobur()};
     return species;
 }
 

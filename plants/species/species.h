@@ -6,6 +6,9 @@
 namespace grower {
 
 SpeciesRecipe BetulaPendula();
+SpeciesRecipe DryopterisFilixMas();
+SpeciesRecipe HelianthusAnnuus();
+SpeciesRecipe HydrangeaMacrophylla();
 SpeciesRecipe LavandulaAngustifolia();
 SpeciesRecipe MiscanthusSinensis();
 SpeciesRecipe PhoenixCanariensis();

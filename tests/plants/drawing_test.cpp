@@ -1,6 +1,7 @@
 // Random numbers, leaves and bark: what the pictures and small meshes are made of.
 #include "grower/bark.h"
 #include "grower/blade.h"
+#include "grower/head.h"
 #include "grower/leaf.h"
 #include "grower/organs.h"
 #include "support/check_mesh.h"
@@ -215,6 +216,47 @@ TEST(Blades, ArchAwayFromTheirFacingSideAtTheirLengthAndWidth)
             EXPECT_TRUE(at.u >= 0 && at.u <= 1 && at.v >= 0 && at.v <= 1) << at.u << " " << at.v;
         mesh.ComputeNormals();
         EXPECT_GT(mesh.normals[0].z, 0.4);
+    }
+}
+
+TEST(Heads, SpreadTheirFloretsEvenlyAndFaceOutwards)
+{
+    for (const double opening : {60.0, 110.0, 180.0}) {
+        SCOPED_TRACE(opening);
+        const HeadShape shape{.florets = 400, .radius = 3, .opening = opening, .rise = 5};
+        const std::vector<vdt::Matrix> places = HeadPlaces(shape);
+        ASSERT_EQ(places.size(), 400u);
+        // As far from each other as even spreading makes them: no gaps and no crowds.
+        const double even = 3 * std::sqrt(2 * vdt::kPi * (1 - std::cos(opening * vdt::kPi / 180)) / 400);
+        for (const vdt::Matrix& place : places) {
+            const Vector3 outward = (place.row(3) - Vector3{0, 5, 0}) * (1.0 / 3);
+            EXPECT_NEAR(vdt::Length(outward), 1, 1e-9);
+            EXPECT_GT(vdt::Dot(place.row(2), outward), 1 - 1e-9);
+            EXPECT_GE(outward.y, std::cos(opening * vdt::kPi / 180));
+            double nearest = 1e9;
+            for (const vdt::Matrix& other : places)
+                if (&other != &place) nearest = std::min(nearest, vdt::Length(other.row(3) - place.row(3)));
+            EXPECT_GT(nearest, 0.7 * even);
+            EXPECT_LT(nearest, 1.15 * even);
+        }
+    }
+
+    // Flattened, florets still stand across the surface; petals stand around their own middle and face its way.
+    for (const vdt::Matrix& place : HeadPlaces({.radius = 4, .height = 0.5, .rise = 0})) {
+        const Vector3 at = place.row(3);
+        EXPECT_GT(vdt::Dot(place.row(2), vdt::Normalized(Vector3{at.x, 4 * at.y, at.z})), 1 - 1e-9);
+        vdt::Mesh mesh;
+        AddFloret(mesh, {.petals = 5, .middle = 1, .raised = 20}, toothedLeaf(), {.length = 2, .droop = 0}, place);
+        EXPECT_EQ(mesh.PolygonCount(), 10u);
+        mesh.ComputeNormals();
+        Vector3 centre{0, 0, 0};
+        for (size_t i = 0; i < mesh.positions.size(); ++i) {
+            const Vector3 way = mesh.positions[i] - at;
+            EXPECT_GT(vdt::Dot(mesh.normals[i], place.row(2)), 0.3);
+            EXPECT_GT(vdt::Length(way - place.row(2) * vdt::Dot(way, place.row(2))), 0.8);
+            centre += way * (1.0 / static_cast<double>(mesh.positions.size()));
+        }
+        EXPECT_LT(vdt::Length(centre - place.row(2) * vdt::Dot(centre, place.row(2))), 1e-9);
     }
 }
 
