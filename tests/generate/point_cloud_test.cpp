@@ -1,11 +1,11 @@
 #include "support/skeleton_builder.h"
-#include "vdt/generate/foliage.h"
 #include "vdt/generate/leaf_mesh.h"
 #include "vdt/generate/point_cloud.h"
 #include "vdt/skeleton/walker.h"
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <limits>
 #include <map>
 #include <memory>
@@ -32,10 +32,9 @@ ModelVariant plant(uint32_t seed)
 {
     ModelVariant variant;
     variant.skeleton = RandomTree(seed, 1 + seed % 12);
-    Dice dice(seed);
-    for (SkeletonPoint& point : variant.skeleton.points) point.weight = static_cast<float>(dice.real(0, 1));
+    for (SkeletonBranch& branch : variant.skeleton.branches) branch.matid = 1;
     variant.meshes.emplace_back(0, "", leaf(10));
-    variant.meshes.emplace_back(1, "summer", leaf(20, true));
+    variant.meshes.emplace_back(1, "summer", leaf(20));
     variant.meshes.emplace_back(1, "winter", leaf(30));
     variant.meshes.emplace_back(2, "", nullptr);
     variant.meshes.emplace_back(3, "", std::make_unique<Mesh>());
@@ -49,62 +48,35 @@ Array<CloudSample> cloudOf(const ModelVariant& variant, uint64_t count, bool shu
     return samples;
 }
 
-// The cloud by a list of sources as objects and a search from the start for every sample: slow and plain.
-Array<CloudSample> literalCloud(const ModelVariant& variant, std::string_view season, uint64_t count, double& step)
-{
-    std::vector<std::pair<double, std::unique_ptr<PointCloudSource>>> table;
-    const Skeleton& skeleton = variant.skeleton;
-    double total = 0;
-    SkeletonWalker walker(skeleton, false, WalkFilter::SkipDeadSides);
-    while (walker.advance()) {
-        const SkeletonVertex& v = walker.vertex();
-        if (!v.prev) continue;
-        const SkeletonPoint &from = skeleton.points[v.prev->point], &to = skeleton.points[v.point];
-        table.emplace_back(total,
-                           std::make_unique<ConicalFrustrum>(
-                               from.position, to.position - from.position,
-                               FrustrumEnds{v.prev->attributes.radius, v.attributes.radius, from.weight, to.weight},
-                               skeleton.branches[v.branch].matid));
-        total += table.back().second->Area();
-    }
-    for (const VariantMesh& record : variant.meshes) {
-        if (!record.mesh || !record.appliesTo(season)) continue;
-        for (const SkeletonConnector& connector : skeleton.connectors) {
-            if (connector.attributes.group != record.group) continue;
-            table.emplace_back(total, std::make_unique<LeafMesh>(*record.mesh, ConnectorFrame(skeleton, connector),
-                                                                 skeleton.points[connector.point].weight));
-            total += table.back().second->Area() * connector.attributes.scale;
-        }
-    }
-    Array<CloudSample> samples;
-    MersenneTwister random;
-    step = total / static_cast<double>(count);
-    for (uint64_t i = 0; i < count; ++i) {
-        const double x = random.real() * step + static_cast<double>(i) * step;
-        size_t at = 0;
-        while (at + 1 < table.size() && !(table[at].first <= x && table[at + 1].first > x)) ++at;
-        const double end = at + 1 < table.size() ? table[at + 1].first : total;
-        samples.push_back(table[at].second->Sample((x - table[at].first) / (end - table[at].first), random));
-    }
-    return samples;
-}
-
-TEST(SamplePoints, GoesThroughAllSourcesInEvenStrataOfArea)
+TEST(SamplePoints, SharesThemOutByAreaBranchesFirst)
 {
     for (uint32_t seed = 0; seed < 60; ++seed) {
         const ModelVariant variant = plant(seed);
-        for (const uint64_t count : {1, 7, 400}) {
-            SCOPED_TRACE(testing::Message() << "seed " << seed << ", count " << count);
-            double step = -1, expectedStep = 0;
-            const Array<CloudSample> expected = literalCloud(variant, "summer", count, expectedStep);
-            if (!(expectedStep > 0)) continue;
-            ASSERT_EQ(cloudOf(variant, count, false, &step), expected);
-            EXPECT_EQ(step, expectedStep);
-
-            Array<CloudSample> shuffled = expected;
-            ShuffleRange(shuffled.begin(), shuffled.end());
-            EXPECT_EQ(cloudOf(variant, count, true), shuffled);
+        std::map<int32_t, double> areas;
+        SkeletonWalker walker(variant.skeleton, false, WalkFilter::SkipDeadSides);
+        while (walker.advance()) {
+            const SkeletonVertex &top = walker.vertex(), *base = top.prev;
+            if (!base) continue;
+            const auto at = [&](const SkeletonVertex& v) { return variant.skeleton.points[v.point].position; };
+            const FrustrumEnds ends{base->attributes.radius, top.attributes.radius, 0, 0};
+            areas[1] += ConicalFrustrum(at(*base), at(top) - at(*base), ends, 1).Area();
         }
+        for (const SkeletonConnector& connector : variant.skeleton.connectors)
+            if (connector.attributes.group < 2)
+                areas[10 + 10 * connector.attributes.group] += 2 * connector.attributes.scale; // once, not squared
+        const double total = areas[1] + areas[10] + areas[20];
+        if (total == 0) continue;
+
+        double step = 0;
+        const Array<CloudSample> samples = cloudOf(variant, 500, false, &step);
+        EXPECT_NEAR(step * 500, total, 1e-9 * total);
+        EXPECT_TRUE(std::ranges::is_sorted(samples, {}, &CloudSample::material)) << seed;
+        for (const CloudSample& sample : samples) areas[sample.material] -= step;
+        for (const auto& [material, left] : areas) EXPECT_LT(std::fabs(left), 2 * step) << seed << " " << material;
+
+        Array<CloudSample> shuffled = samples;
+        ShuffleRange(shuffled.begin(), shuffled.end());
+        EXPECT_EQ(cloudOf(variant, 500, true), shuffled);
     }
 }
 
@@ -113,11 +85,13 @@ TEST(SamplePoints, AStraightBranchHasOneSampleInEachStretch)
     const Vector3 line[] = {{1, 2, 0}, {1, 2, 3}, {1, 2, 3}, {1, 2, 10}};
     ModelVariant variant;
     variant.skeleton = SkeletonBuilder().along(line, 0.5, 7).take();
+    for (SkeletonPoint& point : variant.skeleton.points) point.weight = static_cast<float>(point.position.z / 10);
     const Array<CloudSample> samples = cloudOf(variant, 500);
     for (size_t i = 0; i < 500; ++i) {
         const auto& [position, normal, weight, material] = samples[i];
         EXPECT_EQ(std::min<size_t>(499, static_cast<size_t>(position.z / 10 * 500)), i);
         EXPECT_LT(Length(position - Vector3{1, 2, position.z} - 0.5 * normal), 1e-12);
+        EXPECT_NEAR(weight, position.z / 10, 1e-6);
         EXPECT_EQ(material, 7);
     }
 }
