@@ -19,6 +19,7 @@ int parseAndRun(const std::vector<std::string>& arguments, Console& console)
     program.footer(ExampleText("verdanth info \"Silver Birch\"", "tells about a plant of the default library") +
                    "\n'verdanth COMMAND --help' tells a command's options.");
     CommandWork work;
+    AddListCommand(program, work);
     AddInfoCommand(program, work);
     AddCheckCommand(program, work);
     AddExportCommand(program, work);

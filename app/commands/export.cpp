@@ -1,57 +1,101 @@
 #include "commands/command.h"
+#include "commands/plant_options.h"
 #include "console/text_table.h"
 #include "exit_status.h"
+#include "export/detail_levels.h"
 #include "export/export_scene.h"
-#include "export/scene_builder.h"
+#include "export/output_name.h"
 #include "files/input_file.h"
-#include "lookup/open_plant.h"
 
+#include <map>
 #include <memory>
 
 namespace verdanth {
 namespace {
 
-constexpr int kHighestSubdivision = 6; // each level makes four polygons of one
+constexpr size_t kMostLevels = 16;
+constexpr uint64_t kLevelStep = 4; // a level has a quarter of the triangles of the one before
 
 struct ExportRequest {
-    std::string plant;
-    std::string output;
-    std::string variant;
-    std::string season;
-    std::string instances = "merge";
-    std::string library;
-    int subdivision = 1;
-    bool uniform = false;
+    PlantOptions plant;
+    std::string output; // may be a template
+    FoliageForm foliage = FoliageForm::Merged;
+    size_t levelCount = 1;
+    std::vector<uint64_t> triangles; // one a level; else the first level is all that the options ask for
 };
 
-bool buildRequested(const ExportRequest& request, OpenPlant& plant, Scene& scene, Console& console)
+// The details of all levels. False, with the error told, if they cannot be had.
+bool findLevels(const ExportRequest& request, SceneRequest& scene, Console& console)
 {
-    if (!OpenRequestedPlant(request.plant, request.library, plant, console)) return false;
-    if (IsSameFile(request.output, plant.file)) {
+    std::vector<uint64_t> budgets = request.triangles;
+    if (budgets.empty() && request.levelCount == 1) return true;
+    if (request.plant.form != PlantForm::Full) {
+        console.error("levels of detail are made of the full plant alone, not of its lighter forms");
+        return false;
+    }
+    if (!budgets.empty() && request.levelCount != 1 && request.levelCount != budgets.size()) {
+        console.error("--lod and --triangles ask for different numbers of levels");
+        return false;
+    }
+    if (budgets.empty()) {
+        budgets.push_back(CountTriangles(scene, request.plant.detail).total());
+        while (budgets.size() < request.levelCount) budgets.push_back(budgets.back() / kLevelStep);
+    }
+    console.beginProgress("finding levels of detail");
+    const bool found = FindDetails(scene, budgets, scene.details, console);
+    console.endProgress();
+    return found;
+}
+
+std::string outputName(const ExportRequest& request, const Scene& scene, size_t level, Console& console)
+{
+    std::string problem;
+    const std::string name = OutputName(request.output, {scene.name, scene.variant, scene.season, level}, problem);
+    if (!problem.empty()) console.error(problem);
+    return name;
+}
+
+bool writeFile(const Scene& scene, const std::string& path, FoliageForm foliage, const OpenPlant& plant,
+               Console& console)
+{
+    if (IsSameFile(path, plant.file)) {
         console.error("would be overwritten by its own export");
         return false;
     }
+    console.setSubject("");
+    ExportSummary summary;
+    if (!ExportScene(scene, {path, foliage}, summary, console)) return false;
 
-    const uint64_t index = FindVariant(plant.model(), request.variant, console);
-    if (index == vdt::kNone) return false;
-    plant.handle = plant.cache.acquire(plant.file, console, index);
-    const vdt::ModelVariant* variant = plant.handle.variantData(console, true);
-    if (!variant) {
-        const std::string& extref = plant.model().variants[index].extref;
-        const std::string problem = ProblemOfFile(extref);
-        console.error("variant \"" + VariantTitle(plant.model(), index) + "\" cannot be loaded: " + extref + " " +
-                      (problem.empty() ? "holds no usable variant" : problem));
-        return false;
+    console.out() << OneLine(path) << ": " << OneLine(scene.name);
+    for (const std::string& word : {scene.variant, scene.season})
+        if (!word.empty()) console.out() << ", " << OneLine(word);
+    console.out() << "; ";
+    if (scene.levels.size() > 1) console.out() << scene.levels.size() << " levels, ";
+    if (summary.points > 0)
+        console.out() << GroupedNumber(summary.points) << " points, ";
+    else
+        console.out() << GroupedNumber(summary.polygons) << " polygons, " << GroupedNumber(summary.vertices)
+                      << " vertices, " << scene.materials.size() << " materials, ";
+    console.out() << ByteCount(summary.bytes) << '\n';
+    return true;
+}
+
+// One file for all levels, or one a level where the name asks for it.
+bool writeFiles(const ExportRequest& request, Scene& scene, const OpenPlant& plant, Console& console)
+{
+    if (!NamesLevels(request.output)) {
+        const std::string name = outputName(request, scene, 0, console);
+        return !name.empty() && writeFile(scene, name, request.foliage, plant, console);
     }
-
-    std::string season;
-    if (!FindSeason(*variant, request.season, season, console)) return false;
-    return BuildScene({.model = plant.model(),
-                       .variant = *variant,
-                       .season = season,
-                       .subdivisionLevel = request.subdivision,
-                       .uniform = request.uniform},
-                      scene, console);
+    std::vector<SceneLevel> levels;
+    levels.swap(scene.levels);
+    for (size_t i = 0; i < levels.size(); ++i) {
+        scene.levels.clear();
+        scene.levels.push_back(std::move(levels[i]));
+        const std::string name = outputName(request, scene, i, console);
+        if (name.empty() || !writeFile(scene, name, request.foliage, plant, console)) return false;
+    }
+    return true;
 }
 
 int runExport(const ExportRequest& request, Console& console)
@@ -62,21 +106,12 @@ int runExport(const ExportRequest& request, Console& console)
         return kFailure;
     }
 
-    OpenPlant plant;
+    RequestedPlant plant;
+    if (!LoadRequestedPlant(request.plant, plant, console)) return kFailure;
+    SceneRequest wanted = SceneRequestOf(plant, request.plant);
     Scene scene;
-    if (!buildRequested(request, plant, scene, console)) return kFailure;
-
-    console.setSubject("");
-    ExportSummary summary;
-    const FoliageForm form = request.instances == "nodes" ? FoliageForm::Nodes : FoliageForm::Merged;
-    if (!ExportScene(scene, {request.output, form}, summary, console)) return kFailure;
-
-    console.out() << OneLine(request.output) << ": " << OneLine(scene.name);
-    for (const std::string& word : {scene.variant, scene.season})
-        if (!word.empty()) console.out() << ", " << OneLine(word);
-    console.out() << "; " << GroupedNumber(summary.polygons) << " polygons, " << GroupedNumber(summary.vertices)
-                  << " vertices, " << scene.materials.size() << " materials, " << ByteCount(summary.bytes) << '\n';
-    return kSuccess;
+    if (!findLevels(request, wanted, console) || !BuildScene(wanted, scene, console)) return kFailure;
+    return writeFiles(request, scene, plant.open, console) ? kSuccess : kFailure;
 }
 
 } // namespace
@@ -85,25 +120,30 @@ void AddExportCommand(CLI::App& program, CommandWork& chosen)
 {
     CLI::App* command = program.add_subcommand("export", "Build a plant and write it as glTF, OBJ or PLY");
     const auto request = std::make_shared<ExportRequest>();
-    command->add_option("plant", request->plant, "A model file, or a species of the plant library")
-        ->required()
-        ->type_name("FILE|SPECIES");
-    command->add_option("-o,--output", request->output, "The file to write; .glb, .gltf, .obj or .ply")
+    AddPlantOptions(*command, request->plant);
+    command
+        ->add_option("-o,--output", request->output,
+                     "The file to write; .glb, .gltf, .obj or .ply. {species}, {variant}, {season} and {lod} are "
+                     "filled in")
         ->required()
         ->type_name("OUT");
-    command->add_option("--variant", request->variant, "By name, label or number from 0; else the file's default")
-        ->type_name("NAME|N");
-    command->add_option("--season", request->season, "By name or label; else the variant's default")->type_name("NAME");
-    command->add_option("--subdivision", request->subdivision, "How often trunk and branches are rounded")
-        ->check(CLI::Range(0, kHighestSubdivision).description(""))
+    command
+        ->add_option("--instances", request->foliage, "Foliage in glTF: one mesh a material, a node a leaf, or lists")
+        ->transform(CLI::Transformer(std::map<std::string, FoliageForm>{{"merge", FoliageForm::Merged},
+                                                                        {"nodes", FoliageForm::Nodes},
+                                                                        {"gpu", FoliageForm::Instances}})
+                        .description(""))
+        ->default_str("merge")
+        ->type_name("merge|nodes|gpu");
+    command->add_option("--lod", request->levelCount, "How many levels of detail, each a quarter of the one before")
+        ->check(CLI::Range(size_t{1}, kMostLevels).description(""))
         ->capture_default_str()
         ->type_name("N");
-    command->add_flag("--uniform", request->uniform, "Round all branches alike, not the thinner ones less");
-    command->add_option("--instances", request->instances, "Foliage in glTF: one mesh a material, or a node a leaf")
-        ->check(CLI::IsMember({"merge", "nodes"}).description(""))
-        ->capture_default_str()
-        ->type_name("merge|nodes");
-    AddLibraryOption(*command, request->library);
+    command->add_option("--triangles", request->triangles, "The triangles of each level, from the finest on")
+        ->delimiter(',')
+        ->check(CLI::PositiveNumber.description(""))
+        ->expected(1, static_cast<int>(kMostLevels))
+        ->type_name("A,B,C");
     command->footer(ExampleText("verdanth export \"Silver Birch\" --variant young --season autumn -o birch.glb",
                                 "writes a young birch in autumn as one binary glTF file"));
     command->callback(

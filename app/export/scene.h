@@ -55,6 +55,17 @@ struct SceneObject {
     std::vector<Placement> placements;
 };
 
+/// Points scattered over a plant's surface, each with the normal and the colour (sRGB) of the spot it stands for. All
+/// values are finite, all normals of unit length.
+struct SceneCloud {
+    vdt::Array<Float3> positions;
+    vdt::Array<Float3> normals;
+    vdt::Array<vdt::Color3f> colors;
+    double areaPerPoint = 0; // square metres
+
+    bool isEmpty() const { return positions.empty(); }
+};
+
 /// Texture paths name files that can be read, or are empty.
 struct SceneMaterial {
     int32_t matid = 0;
@@ -77,13 +88,24 @@ struct SceneMaterial {
     }
 };
 
+/// One form of the plant. Its meshes name materials by their place in the scene's list.
+struct SceneLevel {
+    SceneObject body;                 // trunk and branches; without polygons if there are none
+    std::vector<SceneObject> foliage; // each with polygons and placements
+    SceneCloud cloud;                 // if the plant is shown as points; there are no polygons then
+};
+
 struct Scene {
     std::string name; // of the plant
     std::string variant;
     std::string season;
-    SceneObject body;                     // trunk and branches; without polygons if there are none
-    std::vector<SceneObject> foliage;     // each with polygons and placements
     std::vector<SceneMaterial> materials; // those in use
+    std::vector<SceneLevel> levels;       // at least one; of several, each is coarser than the one before
+
+    const SceneLevel& finest() const { return levels.front(); }
 };
+
+/// "_LOD2"; empty for the only level.
+std::string LevelSuffix(const Scene& scene, size_t level);
 
 } // namespace verdanth
