@@ -55,6 +55,17 @@ struct SceneObject {
     std::vector<Placement> placements;
 };
 
+/// Points scattered over a plant's surface, each with the normal and the colour (sRGB) of the spot it stands for. All
+/// values are finite, all normals of unit length.
+struct SceneCloud {
+    vdt::Array<Float3> positions;
+    vdt::Array<Float3> normals;
+    vdt::Array<vdt::Color3f> colors;
+    double areaPerPoint = 0; // square metres
+
+    bool isEmpty() const { return positions.empty(); }
+};
+
 /// Texture paths name files that can be read, or are empty.
 struct SceneMaterial {
     int32_t matid = 0;
@@ -83,6 +94,7 @@ struct Scene {
     std::string season;
     SceneObject body;                     // trunk and branches; without polygons if there are none
     std::vector<SceneObject> foliage;     // each with polygons and placements
+    SceneCloud cloud;                     // if the plant is shown as points; there are no polygons then
     std::vector<SceneMaterial> materials; // those in use
 };
 

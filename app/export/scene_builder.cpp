@@ -154,18 +154,15 @@ bool BuildScene(const SceneRequest& request, Scene& scene, vdt::MessageHandler& 
     uint64_t dropped = 0;
     messages.beginProgress("building the plant");
     SceneMeshBuilder body(scene.body.mesh, meters, materialIndex);
-    vdt::BuildPlantMesh(request.variant,
-                        {.season = request.season,
-                         .subdivisionLevel = request.subdivisionLevel,
-                         .uniform = request.uniform,
-                         .foliage = false},
-                        body, messages);
+    vdt::Skeleton room;
+    const vdt::Skeleton& skeleton =
+        vdt::ReducedSkeleton(request.variant.skeleton, request.variant.meshes, request.season, request.reduction, room);
+    vdt::BuildBranchMesh(skeleton, request.variant.meshes, request.subdivisionLevel, request.uniform, body, messages);
     body.finish();
     scene.body.mesh.name = "branches";
     scene.body.placements = {Placement()};
     dropped += body.droppedPolygons;
 
-    const vdt::Skeleton& skeleton = request.variant.skeleton;
     for (const vdt::VariantMesh& record : request.variant.meshes) {
         if (messages.isCancelled()) break;
         if (!record.mesh || !record.appliesTo(request.season)) continue;

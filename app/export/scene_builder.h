@@ -4,6 +4,7 @@
 #include "export/scene.h"
 #include "vdt/messages/message_handler.h"
 #include "vdt/model/model.h"
+#include "vdt/skeleton/reduce.h"
 
 #include <string>
 
@@ -15,6 +16,7 @@ struct SceneRequest {
     std::string season;
     int32_t subdivisionLevel = 1;
     bool uniform = false;
+    vdt::ReductionParameters reduction{};
 };
 
 /// Builds the plant. What cannot be taken over - a texture without content, a material id without material, numbers

@@ -33,6 +33,8 @@ struct StemRecipe {
     double pull = 0;          // towards the sky, or the ground where negative, at the foot; 0 to 1
     double pullAtTip = 0;     // the same at the tip
     double shortest = 2;      // shorter ones do not grow
+    bool leavesCrown = false; // else shorter where growing straight on would lead far out of the crown
+    Spread clearance{};       // how far above the ground those that hang end
     int32_t material = 0;
 };
 

@@ -94,13 +94,14 @@ private:
         stem.vertices.reserve(count + 1);
         stem.vertices.push_back({.position = start.start});
         vdt::Vector3 direction = start.direction;
+        const double lowest = recipe.clearance.mean > 0 ? random.around(recipe.clearance) : 0;
         for (uint64_t i = 0; i < count; ++i) {
             const double share = static_cast<double>(i) / static_cast<double>(count);
             const double pull = mix(recipe.pull, recipe.pullAtTip, share);
             direction = vdt::Normalized(direction + kUp * pull);
             direction = turnedAway(direction, recipe.wander * random.between(0, 1.6), random.between(0, 360));
             const vdt::Vector3 next = stem.vertices.back().position + direction * step;
-            if (next.y < 0) break; // twigs end above the ground
+            if (next.y < lowest) break; // twigs end above the ground
             stem.vertices.push_back({.position = next});
         }
         if (stem.vertices.size() > 1) stems.push_back(std::move(stem));
@@ -137,7 +138,7 @@ private:
                 childLength *= distanceToEdge(start, direction);
             else
                 childLength *= (onScaffold ? 1 : length) * mix(1, recipe.lengthAtTip, change);
-            childLength = prunedLength(start, direction, childLength);
+            if (!recipe.leavesCrown) childLength = prunedLength(start, direction, childLength);
             if (childLength < recipe.shortest) continue;
             addStem({start, direction, childLength, parentIndex, vertex}, recipe, layer);
         }

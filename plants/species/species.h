@@ -13,7 +13,9 @@ SpeciesRecipe LavandulaAngustifolia();
 SpeciesRecipe MiscanthusSinensis();
 SpeciesRecipe PhoenixCanariensis();
 SpeciesRecipe PiceaAbies();
+SpeciesRecipe PopulusNigraItalica();
 SpeciesRecipe PrunusSerrulata();
 SpeciesRecipe QuercusRobur();
+SpeciesRecipe SalixBabylonica();
 
 } // namespace grower

@@ -178,6 +178,29 @@ TEST(Foliage, FacesTheUpperSideAndIsScaledAlongTheStemsOfItsLayers)
     EXPECT_NEAR(static_cast<double>(onTrunk), static_cast<double>(stems[0].vertices.size()), 2);
 }
 
+TEST(Stems, ThatMayLeaveTheCrownHangBesideItDownToTheirClearance)
+{
+    for (const auto make : {smallTree, smallScaffold}) {
+        AgeRecipe age = make(6);
+        age.stems.resize(1);
+        age.stems.push_back({.spacing = 10,
+                             .length = {30, 5},
+                             .segment = 10,
+                             .pull = -0.5,
+                             .pullAtTip = -0.5,
+                             .leavesCrown = true,
+                             .clearance = {60, 20}});
+        int low = 0;
+        for (const Stem& stem : GrowStems(age)) {
+            if (stem.layer != 2) continue;
+            const Vector3& tip = stem.vertices.back().position;
+            EXPECT_GE(tip.y, 40) << "stretching to the height moves it a little up, if at all";
+            low += tip.y < 110 && tip.y / age.height < age.crown.front().at + 0.02;
+        }
+        EXPECT_GT(low, 30);
+    }
+}
+
 TEST(Scaffold, ServesTheBudsAndEndsWhereNoneIsInReach)
 {
     // Wood comes near to almost every place of the crown.

@@ -1,0 +1,81 @@
+#include "commands/plant_options.h"
+
+#include "commands/command.h"
+#include "console/console.h"
+#include "files/input_file.h"
+
+#include <limits>
+
+namespace verdanth {
+namespace {
+
+constexpr int kHighestSubdivision = 6; // each level makes four polygons of one
+
+void addReductionOptions(CLI::App& command, vdt::ReductionParameters& reduction)
+{
+    command.add_option("--max-level", reduction.maxLevel, "The deepest branching that is built; the trunk is 1")
+        ->check(CLI::Range(1, std::numeric_limits<int32_t>::max()).description(""))
+        ->type_name("N");
+    command
+        .add_option("--min-radius", reduction.minRadius, "Branches end where they are no thicker; in the model's unit")
+        ->check(CLI::NonNegativeNumber.description(""))
+        ->type_name("R");
+    command
+        .add_option("--foliage", reduction.foliageAmount,
+                    "The share of foliage that is built, 0 to 1, enlarged so that the crown stays as dense")
+        ->check(CLI::Range(0.0, 1.0).description(""))
+        ->type_name("SHARE");
+    command.add_option("--thinning", reduction.foliageThinning, "A further share, that makes the crown thinner")
+        ->check(CLI::Range(0.0, 1.0).description(""))
+        ->type_name("SHARE");
+}
+
+} // namespace
+
+void AddPlantOptions(CLI::App& command, PlantOptions& options)
+{
+    command.add_option("plant", options.plant, "A model file, or a species of the plant library")
+        ->required()
+        ->type_name("FILE|SPECIES");
+    command.add_option("--variant", options.variant, "By name, label or number from 0; else the file's default")
+        ->type_name("NAME|N");
+    command.add_option("--season", options.season, "By name or label; else the variant's default")->type_name("NAME");
+    command.add_option("--subdivision", options.subdivision, "How often trunk and branches are rounded")
+        ->check(CLI::Range(0, kHighestSubdivision).description(""))
+        ->capture_default_str()
+        ->type_name("N");
+    command.add_flag("--uniform", options.uniform, "Round all branches alike, not the thinner ones less");
+    addReductionOptions(command, options.reduction);
+    AddLibraryOption(command, options.library);
+}
+
+bool LoadRequestedPlant(const PlantOptions& options, RequestedPlant& plant, Console& console)
+{
+    OpenPlant& open = plant.open;
+    if (!OpenRequestedPlant(options.plant, options.library, open, console)) return false;
+
+    const uint64_t index = FindVariant(open.model(), options.variant, console);
+    if (index == vdt::kNone) return false;
+    open.handle = open.cache.acquire(open.file, console, index);
+    plant.variant = open.handle.variantData(console, true);
+    if (!plant.variant) {
+        const std::string& extref = open.model().variants[index].extref;
+        const std::string problem = ProblemOfFile(extref);
+        console.error("variant \"" + VariantTitle(open.model(), index) + "\" cannot be loaded: " + extref + " " +
+                      (problem.empty() ? "holds no usable variant" : problem));
+        return false;
+    }
+    return FindSeason(*plant.variant, options.season, plant.season, console);
+}
+
+SceneRequest SceneRequestOf(const RequestedPlant& plant, const PlantOptions& options)
+{
+    return {.model = plant.open.model(),
+            .variant = *plant.variant,
+            .season = plant.season,
+            .subdivisionLevel = options.subdivision,
+            .uniform = options.uniform,
+            .reduction = options.reduction};
+}
+
+} // namespace verdanth

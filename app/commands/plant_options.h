@@ -1,0 +1,41 @@
+// The options by which a command lets its user choose a plant and how much of it is built.
+#pragma once
+
+#include "export/scene_builder.h"
+#include "lookup/open_plant.h"
+
+#include <CLI/CLI.hpp>
+
+#include <string>
+
+namespace verdanth {
+
+class Console;
+
+struct PlantOptions {
+    std::string plant; // a file or a species
+    std::string library;
+    std::string variant;
+    std::string season;
+    int subdivision = 1;
+    bool uniform = false;
+    vdt::ReductionParameters reduction{};
+};
+
+/// A plant with the variant and season that were asked for. The variant's geometry stays while this lives.
+struct RequestedPlant {
+    OpenPlant open;
+    const vdt::ModelVariant* variant = nullptr;
+    std::string season;
+};
+
+/// Adds the plant itself and the options that choose it and its parts.
+void AddPlantOptions(CLI::App& command, PlantOptions& options);
+
+/// Opens the plant and loads the variant. False, with the error told, if that fails or the user cancels.
+bool LoadRequestedPlant(const PlantOptions& options, RequestedPlant& plant, Console& console);
+
+/// What to build of the loaded plant; valid while `plant` is.
+SceneRequest SceneRequestOf(const RequestedPlant& plant, const PlantOptions& options);
+
+} // namespace verdanth
