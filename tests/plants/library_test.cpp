@@ -165,10 +165,16 @@ TEST(PlantLibrary, HasTheHeightsAndTheRichnessOfItsSpecies)
         const auto few = ofFewParts.find(grown.recipe->name);
         EXPECT_GT(before, few != ofFewParts.end() ? few->second : isTree ? 10000u : 2000u);
         EXPECT_GT(adult.skeleton.connectors.size(), few != ofFewParts.end() ? few->second : isTree ? 20000u : 2000u);
-        RecordingMessages messages;
-        vdt::Mesh mesh;
-        vdt::BuildPlantMesh(adult, {.season = "summer"}, mesh, messages);
-        EXPECT_LT(mesh.PolygonCount(), 1500000u);
+        for (const vdt::ModelVariant& variant : grown.model.variants) {
+            RecordingMessages messages;
+            vdt::Mesh mesh;
+            vdt::BuildPlantMesh(variant, {.season = "summer"}, mesh, messages);
+            EXPECT_LT(mesh.PolygonCount(), 1500000u);
+            vdt::Box wood, whole;
+            variant.skeleton.GetBounds(wood, vdt::BoundsMode::BranchPoints);
+            mesh.GetBounds(whole);
+            EXPECT_GT(whole.min.y, -0.07 * wood.max.y) << variant.name << " hangs into the ground";
+        }
     }
 }
 
