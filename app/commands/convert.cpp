@@ -151,7 +151,8 @@ void AddConvertCommand(CLI::App& program, CommandWork& chosen)
     command->add_option("--leaf-size", options->model.leafSize, "Centimetres; else a hundredth of the plant's size")
         ->check(CLI::PositiveNumber.description(""))
         ->type_name("CM");
-    command->add_flag("--leaves,!--no-leaves", options->model.leaves, "Whether thin ends of branches bear leaves");
+    command->add_flag_callback(
+        "--no-leaves", [options] { options->model.leaves = false; }, "Leave the thin ends of branches bare");
     command->footer(ExampleText("verdanth convert oak_qsm.csv --name \"Quercus robur\" -o oak.vdt.gz",
                                 "makes a plant of the cylinders fitted to a scanned oak"));
     command->callback(

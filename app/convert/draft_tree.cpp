@@ -42,9 +42,12 @@ void joinBranchStarts(PlantDraft& draft, vdt::MessageHandler& messages)
     for (size_t i = 0; i < draft.branches.size(); ++i) {
         const uint64_t start = draft.branches[i].front().point;
         if (useCounts[start] > 1) continue;
-        const auto [begin, end] = std::ranges::equal_range(byPosition, key(start), {}, key);
-        const auto parent = std::find_if(begin, end, [&](uint64_t p) { return owners[p] != i && useCounts[p] > 0; });
-        if (parent == end) continue;
+        const auto begin = std::lower_bound(byPosition.begin(), byPosition.end(), key(start),
+                                            [&](uint64_t p, const auto& wanted) { return key(p) < wanted; });
+        const auto parent = std::find_if(begin, byPosition.end(), [&](uint64_t p) {
+            return key(p) != key(start) || (owners[p] != i && useCounts[p] > 0);
+        });
+        if (parent == byPosition.end() || key(*parent) != key(start)) continue;
         draft.branches[i].front().point = *parent;
         ++useCounts[*parent];
         --useCounts[start];
