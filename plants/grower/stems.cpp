@@ -94,13 +94,14 @@ private:
         stem.vertices.reserve(count + 1);
         stem.vertices.push_back({.position = start.start});
         vdt::Vector3 direction = start.direction;
+        const double lowest = recipe.clearance.mean > 0 ? random.around(recipe.clearance) : 0;
         for (uint64_t i = 0; i < count; ++i) {
             const double share = static_cast<double>(i) / static_cast<double>(count);
             const double pull = mix(recipe.pull, recipe.pullAtTip, share);
             direction = vdt::Normalized(direction + kUp * pull);
             direction = turnedAway(direction, recipe.wander * random.between(0, 1.6), random.between(0, 360));
             const vdt::Vector3 next = stem.vertices.back().position + direction * step;
-            if (next.y < 0) break; // twigs end above the ground
+            if (next.y < lowest) break; // twigs end above the ground
             stem.vertices.push_back({.position = next});
         }
         if (stem.vertices.size() > 1) stems.push_back(std::move(stem));
@@ -128,15 +129,16 @@ private:
             turn += random.around(recipe.turn);
             if (vertex == 0 || vertex >= last) continue;
 
-            const double angle = mix(random.around(recipe.angle), recipe.angleAtTip, share);
+            const double change = std::max(0.0, (share - recipe.changeFrom) / (1 - recipe.changeFrom));
+            const double angle = mix(random.around(recipe.angle), recipe.angleAtTip, change);
             const vdt::Vector3 direction = turnedAway(StemDirection(parent, vertex), angle, turn);
             const vdt::Vector3& start = parent.vertices[vertex].position;
             double childLength = random.around(recipe.length);
             if (toCrownEdge)
                 childLength *= distanceToEdge(start, direction);
             else
-                childLength *= (onScaffold ? 1 : length) * mix(1, recipe.lengthAtTip, share);
-            childLength = prunedLength(start, direction, childLength);
+                childLength *= (onScaffold ? 1 : length) * mix(1, recipe.lengthAtTip, change);
+            if (!recipe.leavesCrown) childLength = prunedLength(start, direction, childLength);
             if (childLength < recipe.shortest) continue;
             addStem({start, direction, childLength, parentIndex, vertex}, recipe, layer);
         }

@@ -6,9 +6,16 @@
 namespace grower {
 
 SpeciesRecipe BetulaPendula();
+SpeciesRecipe DryopterisFilixMas();
+SpeciesRecipe HelianthusAnnuus();
+SpeciesRecipe HydrangeaMacrophylla();
 SpeciesRecipe LavandulaAngustifolia();
+SpeciesRecipe MiscanthusSinensis();
+SpeciesRecipe PhoenixCanariensis();
 SpeciesRecipe PiceaAbies();
+SpeciesRecipe PopulusNigraItalica();
 SpeciesRecipe PrunusSerrulata();
 SpeciesRecipe QuercusRobur();
+SpeciesRecipe SalixBabylonica();
 
 } // namespace grower
