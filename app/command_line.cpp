@@ -23,6 +23,7 @@ int parseAndRun(const std::vector<std::string>& arguments, Console& console)
     AddInfoCommand(program, work);
     AddCheckCommand(program, work);
     AddExportCommand(program, work);
+    AddConvertCommand(program, work);
 
     try {
         program.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend())); // it takes them from the back
