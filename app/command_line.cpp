@@ -12,7 +12,7 @@ namespace {
 
 int parseAndRun(const std::vector<std::string>& arguments, Console& console)
 {
-    CLI::App program("Plant models: what they hold, whether they are whole, and their geometry for other programs.",
+    CLI::App program("Plant models: what they hold, whether they are whole, their geometry for other programs and their pictures.",
                      "verdanth");
     program.set_version_flag("--version", "verdanth " VERDANTH_VERSION);
     program.require_subcommand(0, 1);
@@ -22,6 +22,7 @@ int parseAndRun(const std::vector<std::string>& arguments, Console& console)
     AddInfoCommand(program, work);
     AddCheckCommand(program, work);
     AddExportCommand(program, work);
+    AddRenderCommand(program, work);
 
     try {
         program.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend())); // it takes them from the back

@@ -1,0 +1,102 @@
+#include "picture/path_tracer.h"
+
+namespace verdanth {
+namespace {
+
+constexpr int kBounces = 2;            // from leaf to leaf: what makes a crown's inside green instead of black
+constexpr float kLift = 1e-5F;         // of a new ray's start above its surface
+constexpr float kDarkestShadow = 0.8F; // the ground is bright: its surroundings light it up
+constexpr Light kDeepLight{0.16F, 0.17F, 0.15F}; // what comes from where no further bounce looks
+
+} // namespace
+
+PathTracer::PathTracer(const TracedScene& tracedScene, const Sky& surroundings, bool withGround)
+    : scene(&tracedScene),
+      sky(&surroundings),
+      ground(withGround)
+{
+    for (const Float3& point : scene->outline()) plantRadius = std::max(plantRadius, std::hypot(point.x, point.z));
+}
+
+Sighting PathTracer::look(const SceneRay& ray, Sampler& sampler) const
+{
+    SceneRay sight = ray;
+    float groundDistance = 0;
+    const bool groundAhead = meetsGround(ray, groundDistance);
+    if (groundAhead) sight.farthest = groundDistance;
+
+    Surface surface;
+    if (scene->intersect(sight, surface)) return {lightFrom(surface, -ray.direction, sampler), 1, 0};
+    if (!groundAhead) return {};
+    return {{0, 0, 0}, 0, shadowAt(ray.origin + ray.direction * groundDistance, sampler)};
+}
+
+bool PathTracer::meetsGround(const SceneRay& ray, float& distance) const
+{
+    if (!ground || ray.origin.y <= 0 || ray.direction.y >= 0) return false;
+    distance = -ray.origin.y / ray.direction.y;
+    return true;
+}
+
+Light PathTracer::lightFrom(const Surface& first, const Float3& towardsFirstViewer, Sampler& sampler) const
+{
+    Surface surface = first;
+    Float3 towardsViewer = towardsFirstViewer;
+    Light sum{0, 0, 0};
+    Light reach{1, 1, 1}; // what of the light at this surface gets to the viewer
+    for (int bounce = 0;; ++bounce) {
+        sum += reach * sunOn(surface, towardsViewer, sampler);
+        if (bounce == kBounces) return sum + reach * (surface.reflection + surface.transmission) * kDeepLight;
+
+        const float reflected = Luminance(surface.reflection);
+        const float transmitted = Luminance(surface.transmission);
+        if (reflected + transmitted <= 0) return sum;
+        const SamplePoint choice = sampler.next();
+        const float chance = transmitted / (reflected + transmitted);
+        const bool through = choice.u < chance;
+        const float side = through ? -1.0F : 1.0F;
+        reach = reach * (through ? surface.transmission * (1 / chance) : surface.reflection * (1 / (1 - chance)));
+
+        const SceneRay onward{surface.position + surface.flatNormal * (side * kLift),
+                              CosineDirection(surface.normal * side, sampler.next())};
+        towardsViewer = -onward.direction;
+        if (!scene->intersect(onward, surface)) return sum + reach * sky->radiance(onward.direction);
+    }
+}
+
+Light PathTracer::sunOn(const Surface& surface, const Float3& towardsViewer, Sampler& sampler) const
+{
+    const Float3 sunward = sky->towardsSun(sampler.next());
+    const float cosine = Dot(surface.normal, sunward);
+    const bool fromBehind = Dot(surface.flatNormal, sunward) < 0;
+    Light given = (fromBehind ? surface.transmission : surface.reflection) * (std::fabs(cosine) / kPif);
+    if (!fromBehind && cosine > 0) {
+        // A highlight: Blinn, "Models of Light Reflection for Computer Synthesized Pictures", 1977.
+        const float sharpness = 2 / std::max(surface.roughness * surface.roughness, 0.02F);
+        const float half = std::max(Dot(surface.normal, Normalized(sunward + towardsViewer)), 0.0F);
+        given += surface.gloss * (cosine * (sharpness + 2) / (8 * kPif) * std::pow(half, sharpness));
+    }
+    if (!fromBehind && cosine <= 0) return {0, 0, 0};
+    if (given == Light{0, 0, 0}) return given;
+
+    const float side = fromBehind ? -1.0F : 1.0F;
+    const SceneRay shadowRay{surface.position + surface.flatNormal * (side * kLift), sunward};
+    return scene->isOccluded(shadowRay, sampler.bits()) ? Light{0, 0, 0} : given * sky->sunIrradiance();
+}
+
+// The ground has no edge: what tells it from the background is the shadow alone, and that fades with the distance.
+float PathTracer::shadowAt(const Float3& place, Sampler& sampler) const
+{
+    const float fade = 1 - SmoothStep(plantRadius * 0.9F, plantRadius * 2 + 0.25F, std::hypot(place.x, place.z));
+    if (fade <= 0) return 0;
+
+    const Float3 start{place.x, kLift, place.z};
+    const Float3 sunward = sky->towardsSun(sampler.next());
+    float lost = 0;
+    if (sunward.y > 0 && scene->isOccluded({start, sunward}, sampler.bits())) lost += sky->sunShareOnGround();
+    const Float3 skyward = CosineDirection({0, 1, 0}, sampler.next());
+    if (scene->isOccluded({start, skyward}, sampler.bits() + 1)) lost += 1 - sky->sunShareOnGround();
+    return lost * fade * kDarkestShadow;
+}
+
+} // namespace verdanth

@@ -1,0 +1,35 @@
+// What one ray from the camera sees.
+#pragma once
+
+#include "picture/sky.h"
+#include "picture/traced_scene.h"
+
+namespace verdanth {
+
+/// A sample of a picture. What is neither plant nor shadow is background.
+struct Sighting {
+    Light light{0, 0, 0}; // of the plant; black where there is none
+    float plant = 0;      // 1 where the plant is
+    float shadow = 0;     // where there is none: how dark its shadow on the ground is, 0 to 1
+};
+
+class PathTracer {
+public:
+    /// `withGround`: whether the plant stands on ground that shows its shadow and hides what is below.
+    PathTracer(const TracedScene& scene, const Sky& sky, bool withGround);
+
+    Sighting look(const SceneRay& ray, Sampler& sampler) const;
+
+private:
+    Light lightFrom(const Surface& surface, const Float3& towardsViewer, Sampler& sampler) const;
+    Light sunOn(const Surface& surface, const Float3& towardsViewer, Sampler& sampler) const;
+    float shadowAt(const Float3& place, Sampler& sampler) const;
+    bool meetsGround(const SceneRay& ray, float& distance) const;
+
+    const TracedScene* scene;
+    const Sky* sky;
+    bool ground;
+    float plantRadius = 0; // of its outline about the axis
+};
+
+} // namespace verdanth

@@ -1,0 +1,426 @@
+#include "picture/traced_scene.h"
+
+#include "export/triangles.h"
+#include "picture/sampler.h"
+#include "vdt/math/box.h"
+
+#include <cstring>
+#include <set>
+
+namespace verdanth {
+namespace {
+
+constexpr float kNearest = 1e-5F;       // a ray does not meet what it starts from
+constexpr float kCutOff = 0.5F;         // less opacity is none
+constexpr float kPassingShare = 0.3F;   // of the light on a leaf, what goes on behind it
+constexpr double kFarthestPlant = 1e15; // metres; what lies beyond is no part of a picture
+
+vdt::Vector3 widened(const Float3& p)
+{
+    return {p.x, p.y, p.z};
+}
+
+Float3 narrowed(const vdt::Vector3& p)
+{
+    return {static_cast<float>(p.x), static_cast<float>(p.y), static_cast<float>(p.z)};
+}
+
+bool isInReach(const vdt::Vector3& p)
+{
+    return std::fabs(p.x) < kFarthestPlant && std::fabs(p.y) < kFarthestPlant && std::fabs(p.z) < kFarthestPlant;
+}
+
+// The points of a mesh that lie farthest out, in 26 directions: enough to tell how far its copies reach.
+std::vector<vdt::Vector3> extremePoints(const SceneMesh& mesh)
+{
+    std::set<size_t> chosen;
+    for (int direction = 0; direction < 27 && !mesh.points.empty(); ++direction) {
+        const auto part = [&](int divisor) { return static_cast<float>(direction / divisor % 3 - 1); };
+        const Float3 axis{part(1), part(3), part(9)};
+        const auto nearer = [&](const Float3& a, const Float3& b) { return Dot(a, axis) < Dot(b, axis); };
+        chosen.insert(static_cast<size_t>(std::max_element(mesh.points.begin(), mesh.points.end(), nearer) -
+                                          mesh.points.begin()));
+    }
+    std::vector<vdt::Vector3> points;
+    for (const size_t index : chosen) points.push_back(widened(mesh.points[index]));
+    return points;
+}
+
+// Plants root at the origin's height. One that hangs or floats stands on its lowest point instead.
+double groundHeight(const vdt::Box& box)
+{
+    constexpr double kSlack = 0.08; // of the height: roots may go below
+    return std::fabs(box.min.y) <= kSlack * box.size().y ? 0 : box.min.y;
+}
+
+// The numbers of a filter call about one ray.
+RTCHit hitOf(const RTCFilterFunctionNArguments* arguments)
+{
+    return rtcGetHitFromHitN(arguments->hit, arguments->N, 0);
+}
+
+struct ShadowContext {
+    RTCIntersectContext base;
+    uint32_t seed;
+};
+
+} // namespace
+
+struct TracedScene::Material {
+    Light color;
+    const Texture* colorTexture = nullptr;
+    const Texture* mask = nullptr;
+    const Texture* relief = nullptr;
+    Light gloss{0, 0, 0};
+    float roughness = 1;
+    bool isLeaf = false;
+};
+
+struct TracedScene::Piece {
+    const Material* material;
+    TriangleMesh triangles;
+
+    vdt::Vector2f coordinateAt(const RTCHit& hit) const
+    {
+        const uint32_t* corner = &triangles.indices[size_t{hit.primID} * 3];
+        const vdt::Vector2f& a = triangles.coordinates[corner[0]];
+        const vdt::Vector2f& b = triangles.coordinates[corner[1]];
+        const vdt::Vector2f& c = triangles.coordinates[corner[2]];
+        const float first = 1 - hit.u - hit.v;
+        return {a.u * first + b.u * hit.u + c.u * hit.v, a.v * first + b.v * hit.u + c.v * hit.v};
+    }
+};
+
+struct TracedScene::Mesh {
+    std::vector<Piece> pieces; // their positions are the geometries' numbers
+    RTCScene scene = nullptr;  // of foliage alone
+
+    ~Mesh()
+    {
+        if (scene) rtcReleaseScene(scene);
+    }
+};
+
+TracedScene::TracedScene(const Scene& scene, vdt::MessageHandler& messages) : textures(messages)
+{
+    // With one thread, the tree over the triangles is the same on every run, and so is each hit on an edge.
+    device = rtcNewDevice("threads=1");
+    if (!device) {
+        failure = "the ray tracer does not start on this machine";
+        return;
+    }
+    findSpace(scene);
+    addMaterials(scene, messages);
+    root = rtcNewScene(device);
+
+    body = makeMesh(scene.body.mesh, true);
+    attachPieces(*body, root);
+    firstInstance = static_cast<uint32_t>(body->pieces.size());
+    for (const SceneObject& object : scene.foliage) {
+        if (messages.isCancelled()) return;
+        addFoliage(object);
+    }
+    addCloud(scene.cloud);
+    rtcCommitScene(root);
+    if (rtcGetDeviceError(device) != RTC_ERROR_NONE) failure = "the ray tracer cannot hold the plant in memory";
+}
+
+TracedScene::~TracedScene()
+{
+    if (root) rtcReleaseScene(root);
+    foliage.clear();
+    body.reset();
+    if (device) rtcReleaseDevice(device);
+}
+
+// Gathers the outline, and makes of the plant's box the space in which rays live.
+void TracedScene::findSpace(const Scene& scene)
+{
+    std::vector<vdt::Vector3> outline;
+    const auto add = [&](const vdt::Vector3& point) {
+        if (isInReach(point)) outline.push_back(point);
+    };
+    for (const Float3& point : scene.body.mesh.points) add(widened(point));
+    for (const Float3& point : scene.cloud.positions) add(widened(point));
+    for (const SceneObject& object : scene.foliage) {
+        const std::vector<vdt::Vector3> extremes = extremePoints(object.mesh);
+        for (const Placement& placement : object.placements) {
+            const vdt::Matrix matrix = placement.matrix();
+            for (const vdt::Vector3& point : extremes) add(vdt::TransformPoint(point, matrix));
+        }
+    }
+    vdt::Box box;
+    for (const vdt::Vector3& point : outline) box.extend(point);
+    if (box.isEmpty()) return;
+
+    constexpr double kSmallestPlant = 1e-9; // metres
+    origin = {box.center().x, groundHeight(box), box.center().z};
+    scale = 1 / std::max(box.diagonal(), kSmallestPlant);
+    outlinePoints.reserve(outline.size());
+    for (const vdt::Vector3& point : outline) outlinePoints.push_back(localPoint(point));
+}
+
+Float3 TracedScene::localPoint(const vdt::Vector3& meters) const
+{
+    return narrowed((meters - origin) * scale);
+}
+
+void TracedScene::addMaterials(const Scene& scene, vdt::MessageHandler& messages)
+{
+    messages.beginProgress("reading textures");
+    materials.reserve(scene.materials.size());
+    for (const SceneMaterial& source : scene.materials) {
+        Material material;
+        material.color = LightOfSrgb(source.color);
+        material.colorTexture = textures.find(source.colorTexture);
+        material.mask = textures.find(source.alphaTexture);
+        if (source.alphaTexture == source.colorTexture && material.mask && !material.mask->hasAlpha())
+            material.mask = nullptr; // a picture without alpha cuts nothing out of itself
+        material.relief = textures.find(source.normalTexture);
+        material.gloss = LightOfSrgb(source.specularColor);
+        material.roughness = source.roughness;
+        material.isLeaf = source.twoSided;
+        materials.push_back(material);
+    }
+    messages.endProgress();
+}
+
+std::unique_ptr<TracedScene::Mesh> TracedScene::makeMesh(const SceneMesh& source, bool isBody) const
+{
+    auto mesh = std::make_unique<Mesh>();
+    for (const uint32_t material : MaterialsOf(source)) {
+        Piece piece{&materials[material], TrianglesOf(source, material)};
+        if (piece.triangles.indices.empty()) continue;
+        if (isBody)
+            for (Float3& position : piece.triangles.positions) position = localPoint(widened(position));
+        mesh->pieces.push_back(std::move(piece));
+    }
+    return mesh;
+}
+
+void TracedScene::attachPieces(const Mesh& mesh, RTCScene target) const
+{
+    for (size_t i = 0; i < mesh.pieces.size(); ++i) {
+        const Piece& piece = mesh.pieces[i];
+        const vdt::Array<Float3>& positions = piece.triangles.positions;
+        const vdt::Array<uint32_t>& indices = piece.triangles.indices;
+        RTCGeometry geometry = rtcNewGeometry(device, RTC_GEOMETRY_TYPE_TRIANGLE);
+        void* const vertexBuffer = rtcSetNewGeometryBuffer(geometry, RTC_BUFFER_TYPE_VERTEX, 0, RTC_FORMAT_FLOAT3,
+                                                           sizeof(Float3), positions.size());
+        void* const indexBuffer = rtcSetNewGeometryBuffer(geometry, RTC_BUFFER_TYPE_INDEX, 0, RTC_FORMAT_UINT3,
+                                                          3 * sizeof(uint32_t), indices.size() / 3);
+        if (vertexBuffer && indexBuffer) {
+            std::memcpy(vertexBuffer, positions.data(), positions.size() * sizeof(Float3));
+            std::memcpy(indexBuffer, indices.data(), indices.size() * sizeof(uint32_t));
+            rtcSetGeometryUserData(geometry, const_cast<Piece*>(&piece));
+            if (piece.material->mask) rtcSetGeometryIntersectFilterFunction(geometry, rejectCutOut);
+            if (piece.material->mask || piece.material->isLeaf)
+                rtcSetGeometryOccludedFilterFunction(geometry, letLightThrough);
+            rtcCommitGeometry(geometry);
+            rtcAttachGeometryByID(target, geometry, static_cast<unsigned>(i));
+        }
+        rtcReleaseGeometry(geometry);
+    }
+}
+
+void TracedScene::addFoliage(const SceneObject& source)
+{
+    foliage.push_back(makeMesh(source.mesh, false));
+    Mesh& mesh = *foliage.back();
+    mesh.scene = rtcNewScene(device);
+    attachPieces(mesh, mesh.scene);
+    rtcCommitScene(mesh.scene);
+
+    for (const Placement& placement : source.placements) {
+        if (!isInReach(placement.translation)) continue;
+        const vdt::Matrix turn = vdt::ToMatrix(placement.rotation, {0, 0, 0});
+        const double factor = placement.scale * scale;
+        const Float3 place = localPoint(placement.translation);
+        Instance instance{&mesh, {}};
+        float columns[12];
+        for (int row = 0; row < 3; ++row) {
+            const Float3 axis = narrowed(turn.row(row));
+            const Float3 scaled = narrowed(turn.row(row) * factor);
+            instance.axes[row] = placement.scale < 0 ? -axis : axis;
+            std::memcpy(&columns[3 * row], &scaled, sizeof scaled);
+        }
+        std::memcpy(&columns[9], &place, sizeof place);
+
+        RTCGeometry geometry = rtcNewGeometry(device, RTC_GEOMETRY_TYPE_INSTANCE);
+        rtcSetGeometryInstancedScene(geometry, mesh.scene);
+        rtcSetGeometryTransform(geometry, 0, RTC_FORMAT_FLOAT3X4_COLUMN_MAJOR, columns);
+        rtcCommitGeometry(geometry);
+        rtcAttachGeometryByID(root, geometry, firstInstance + static_cast<uint32_t>(instances.size()));
+        rtcReleaseGeometry(geometry);
+        instances.push_back(instance);
+    }
+}
+
+// Each point becomes a small disc that lies on the surface for which it stands.
+void TracedScene::addCloud(const SceneCloud& cloud)
+{
+    if (cloud.isEmpty()) return;
+
+    constexpr double kSmallestDisc = 0.0015;
+    constexpr double kLargestDisc = 0.02;
+    const double ownRadius = std::sqrt(std::max(cloud.areaPerPoint, 0.0) / vdt::kPi) * scale;
+    const auto radius = static_cast<float>(std::clamp(ownRadius, kSmallestDisc, kLargestDisc));
+    RTCGeometry geometry = rtcNewGeometry(device, RTC_GEOMETRY_TYPE_ORIENTED_DISC_POINT);
+    auto* places = static_cast<float*>(rtcSetNewGeometryBuffer(geometry, RTC_BUFFER_TYPE_VERTEX, 0, RTC_FORMAT_FLOAT4,
+                                                               4 * sizeof(float), cloud.positions.size()));
+    auto* normals = static_cast<Float3*>(rtcSetNewGeometryBuffer(geometry, RTC_BUFFER_TYPE_NORMAL, 0, RTC_FORMAT_FLOAT3,
+                                                                 sizeof(Float3), cloud.positions.size()));
+    if (places && normals) {
+        for (size_t i = 0; i < cloud.positions.size(); ++i) {
+            const Float3 place = localPoint(widened(cloud.positions[i]));
+            std::memcpy(places + 4 * i, &place, sizeof place);
+            places[4 * i + 3] = radius;
+            normals[i] = cloud.normals[i];
+            discColors.push_back(LightOfSrgb(cloud.colors[i]));
+        }
+        rtcCommitGeometry(geometry);
+        discGeometry = firstInstance + static_cast<uint32_t>(instances.size());
+        rtcAttachGeometryByID(root, geometry, discGeometry);
+    }
+    rtcReleaseGeometry(geometry);
+}
+
+void TracedScene::rejectCutOut(const RTCFilterFunctionNArguments* arguments)
+{
+    if (arguments->valid[0] != -1) return;
+    const auto& piece = *static_cast<const Piece*>(arguments->geometryUserPtr);
+    if (piece.material->mask->opacity(piece.coordinateAt(hitOf(arguments))) < kCutOff) arguments->valid[0] = 0;
+}
+
+void TracedScene::letLightThrough(const RTCFilterFunctionNArguments* arguments)
+{
+    if (arguments->valid[0] != -1) return;
+    const auto& piece = *static_cast<const Piece*>(arguments->geometryUserPtr);
+    const RTCHit hit = hitOf(arguments);
+    if (piece.material->isLeaf) {
+        // The chance hangs on ray and triangle, not on the order in which the ray meets them.
+        const uint32_t seed = reinterpret_cast<const ShadowContext*>(arguments->context)->seed;
+        const uint32_t chance = HashBits(seed ^ HashBits(hit.primID + HashBits(hit.geomID + HashBits(hit.instID[0]))));
+        if (static_cast<float>(chance >> 8) * 0x1p-24F < kPassingShare) arguments->valid[0] = 0;
+    }
+    if (piece.material->mask && piece.material->mask->opacity(piece.coordinateAt(hit)) < kCutOff)
+        arguments->valid[0] = 0;
+}
+
+bool TracedScene::intersect(const SceneRay& ray, Surface& surface) const
+{
+    RTCIntersectContext context;
+    rtcInitIntersectContext(&context);
+    RTCRayHit query{};
+    query.ray = {ray.origin.x,
+                 ray.origin.y,
+                 ray.origin.z,
+                 kNearest,
+                 ray.direction.x,
+                 ray.direction.y,
+                 ray.direction.z,
+                 0,
+                 ray.farthest,
+                 ~0U,
+                 0,
+                 0};
+    query.hit.geomID = RTC_INVALID_GEOMETRY_ID;
+    query.hit.instID[0] = RTC_INVALID_GEOMETRY_ID;
+    rtcIntersect1(root, &context, &query);
+    if (query.hit.geomID == RTC_INVALID_GEOMETRY_ID) return false;
+
+    surface.position = ray.origin + ray.direction * query.ray.tfar;
+    if (query.hit.instID[0] == RTC_INVALID_GEOMETRY_ID && query.hit.geomID == discGeometry)
+        describeDisc(query.hit, ray.direction, surface);
+    else
+        describeTriangle(query.hit, ray.direction, surface);
+    return true;
+}
+
+bool TracedScene::isOccluded(const SceneRay& ray, uint32_t seed) const
+{
+    ShadowContext context{};
+    rtcInitIntersectContext(&context.base);
+    context.seed = seed;
+    RTCRay query{ray.origin.x,
+                 ray.origin.y,
+                 ray.origin.z,
+                 kNearest,
+                 ray.direction.x,
+                 ray.direction.y,
+                 ray.direction.z,
+                 0,
+                 ray.farthest,
+                 ~0U,
+                 0,
+                 0};
+    rtcOccluded1(root, &context.base, &query);
+    return query.tfar < 0;
+}
+
+void TracedScene::describeTriangle(const RTCHit& hit, const Float3& direction, Surface& surface) const
+{
+    const bool isCopy = hit.instID[0] != RTC_INVALID_GEOMETRY_ID;
+    const Instance* instance = isCopy ? &instances[hit.instID[0] - firstInstance] : nullptr;
+    const Piece& piece = (isCopy ? *instance->mesh : *body).pieces[hit.geomID];
+    const Material& material = *piece.material;
+    const TriangleMesh& triangles = piece.triangles;
+    const uint32_t* corner = &triangles.indices[size_t{hit.primID} * 3];
+    const vdt::Vector2f coordinate = piece.coordinateAt(hit);
+
+    Float3 normal = Normalized(triangles.normals[corner[0]] * (1 - hit.u - hit.v) +
+                               triangles.normals[corner[1]] * hit.u + triangles.normals[corner[2]] * hit.v);
+    if (material.relief) {
+        // The directions in which u and v grow along the triangle.
+        const Float3 sideB = triangles.positions[corner[1]] - triangles.positions[corner[0]];
+        const Float3 sideC = triangles.positions[corner[2]] - triangles.positions[corner[0]];
+        const vdt::Vector2f& a = triangles.coordinates[corner[0]];
+        const vdt::Vector2f& b = triangles.coordinates[corner[1]];
+        const vdt::Vector2f& c = triangles.coordinates[corner[2]];
+        const float turn = (b.u - a.u) * (c.v - a.v) - (c.u - a.u) * (b.v - a.v);
+        const Float3 alongU = (sideB * (c.v - a.v) - sideC * (b.v - a.v)) * (turn < 0 ? -1.0F : 1.0F);
+        const Float3 tangent = Normalized(alongU - normal * Dot(alongU, normal));
+        const Float3 bitangent = Cross(normal, tangent) * (turn < 0 ? -1.0F : 1.0F);
+        const Float3 bent = material.relief->raw(coordinate) * 2 - Float3{1, 1, 1};
+        normal = Normalized(tangent * bent.x + bitangent * bent.y + normal * bent.z);
+    }
+    Float3 flat{hit.Ng_x, hit.Ng_y, hit.Ng_z};
+    if (isCopy) {
+        const auto turned = [&](const Float3& v) {
+            return instance->axes[0] * v.x + instance->axes[1] * v.y + instance->axes[2] * v.z;
+        };
+        normal = turned(normal);
+        flat = turned(flat);
+    }
+    flat = Normalized(flat);
+    if (Dot(flat, normal) < 0) flat = -flat;
+    const bool isBack = Dot(flat, direction) > 0;
+    surface.flatNormal = isBack ? -flat : flat;
+    surface.normal = isBack ? -normal : normal;
+
+    // What a leaf lets through has the leaf's colour too; both together never give back more light than there was.
+    constexpr float kLeafReflection = 0.62F;
+    constexpr float kLeafTransmission = 0.5F;
+    const Light color = material.colorTexture ? material.colorTexture->color(coordinate) : material.color;
+    surface.reflection = color * (material.isLeaf ? kLeafReflection : 1);
+    surface.transmission = color * (material.isLeaf ? kLeafTransmission : 0);
+    const float most = std::max({color.x, color.y, color.z}) * (kLeafReflection + kLeafTransmission);
+    if (material.isLeaf && most > 1) {
+        surface.reflection = surface.reflection * (1 / most);
+        surface.transmission = surface.transmission * (1 / most);
+    }
+    surface.gloss = material.gloss;
+    surface.roughness = material.roughness;
+}
+
+void TracedScene::describeDisc(const RTCHit& hit, const Float3& direction, Surface& surface) const
+{
+    const Float3 normal = Normalized({hit.Ng_x, hit.Ng_y, hit.Ng_z});
+    surface.flatNormal = surface.normal = Dot(normal, direction) > 0 ? -normal : normal;
+    surface.reflection = discColors[hit.primID];
+    surface.transmission = {0, 0, 0};
+    surface.gloss = {0, 0, 0};
+    surface.roughness = 1;
+}
+
+} // namespace verdanth
