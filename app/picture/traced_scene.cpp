@@ -10,10 +10,11 @@
 namespace verdanth {
 namespace {
 
-constexpr float kNearest = 1e-5F;       // a ray does not meet what it starts from
-constexpr float kCutOff = 0.5F;         // less opacity is none
-constexpr float kPassingShare = 0.3F;   // of the light on a leaf, what goes on behind it
-constexpr double kFarthestPlant = 1e15; // metres; what lies beyond is no part of a picture
+constexpr float kNearest = 1e-5F;                    // a ray does not meet what it starts from
+constexpr float kCutOff = 0.5F;                      // less opacity is none
+constexpr float kPassingShare = 0.3F;                // of the light on a leaf, what goes on behind it
+constexpr uint64_t kMostCopiedTriangles = 4'000'000; // they take about 120 bytes each
+constexpr double kFarthestPlant = 1e15;              // metres; what lies beyond is no part of a picture
 
 vdt::Vector3 widened(const Float3& p)
 {
@@ -44,6 +45,23 @@ std::vector<vdt::Vector3> extremePoints(const SceneMesh& mesh)
     std::vector<vdt::Vector3> points;
     for (const size_t index : chosen) points.push_back(widened(mesh.points[index]));
     return points;
+}
+
+// Calls `visit` with points in metres that tell how far the plant reaches.
+template <class Visit> void forEachOutlinePoint(const Scene& scene, Visit visit)
+{
+    const auto visitInReach = [&](const vdt::Vector3& point) {
+        if (isInReach(point)) visit(point);
+    };
+    for (const Float3& point : scene.body.mesh.points) visitInReach(widened(point));
+    for (const Float3& point : scene.cloud.positions) visitInReach(widened(point));
+    for (const SceneObject& object : scene.foliage) {
+        const std::vector<vdt::Vector3> extremes = extremePoints(object.mesh);
+        for (const Placement& placement : object.placements) {
+            const vdt::Matrix matrix = placement.matrix();
+            for (const vdt::Vector3& point : extremes) visitInReach(vdt::TransformPoint(point, matrix));
+        }
+    }
 }
 
 // Plants root at the origin's height. One that hangs or floats stands on its lowest point instead.
@@ -80,9 +98,14 @@ struct TracedScene::Piece {
     const Material* material;
     TriangleMesh triangles;
 
+    size_t triangleCount() const { return triangles.indices.size() / 3; }
+
+    // The three indices of the triangle that was hit, in whichever copy.
+    const uint32_t* cornersOf(const RTCHit& hit) const { return &triangles.indices[hit.primID % triangleCount() * 3]; }
+
     vdt::Vector2f coordinateAt(const RTCHit& hit) const
     {
-        const uint32_t* corner = &triangles.indices[size_t{hit.primID} * 3];
+        const uint32_t* corner = cornersOf(hit);
         const vdt::Vector2f& a = triangles.coordinates[corner[0]];
         const vdt::Vector2f& b = triangles.coordinates[corner[1]];
         const vdt::Vector2f& c = triangles.coordinates[corner[2]];
@@ -92,8 +115,8 @@ struct TracedScene::Piece {
 };
 
 struct TracedScene::Mesh {
-    std::vector<Piece> pieces; // their positions are the geometries' numbers
-    RTCScene scene = nullptr;  // of foliage alone
+    std::vector<Piece> pieces;
+    RTCScene scene = nullptr; // of instances alone; its geometries have the pieces' numbers
 
     ~Mesh()
     {
@@ -114,11 +137,14 @@ TracedScene::TracedScene(const Scene& scene, vdt::MessageHandler& messages) : te
     root = rtcNewScene(device);
 
     body = makeMesh(scene.body.mesh, true);
-    attachPieces(*body, root);
-    firstInstance = static_cast<uint32_t>(body->pieces.size());
+    for (const Piece& piece : body->pieces) {
+        attachPiece(piece, piece.triangles.positions, root, parts.size());
+        parts.push_back({body.get(), parts.size(), vdt::kNone});
+    }
+    uint64_t copyBudget = kMostCopiedTriangles;
     for (const SceneObject& object : scene.foliage) {
         if (messages.isCancelled()) return;
-        addFoliage(object);
+        addFoliage(object, copyBudget);
     }
     addCloud(scene.cloud);
     rtcCommitScene(root);
@@ -136,28 +162,14 @@ TracedScene::~TracedScene()
 // Gathers the outline, and makes of the plant's box the space in which rays live.
 void TracedScene::findSpace(const Scene& scene)
 {
-    std::vector<vdt::Vector3> outline;
-    const auto add = [&](const vdt::Vector3& point) {
-        if (isInReach(point)) outline.push_back(point);
-    };
-    for (const Float3& point : scene.body.mesh.points) add(widened(point));
-    for (const Float3& point : scene.cloud.positions) add(widened(point));
-    for (const SceneObject& object : scene.foliage) {
-        const std::vector<vdt::Vector3> extremes = extremePoints(object.mesh);
-        for (const Placement& placement : object.placements) {
-            const vdt::Matrix matrix = placement.matrix();
-            for (const vdt::Vector3& point : extremes) add(vdt::TransformPoint(point, matrix));
-        }
-    }
     vdt::Box box;
-    for (const vdt::Vector3& point : outline) box.extend(point);
+    forEachOutlinePoint(scene, [&](const vdt::Vector3& point) { box.extend(point); });
     if (box.isEmpty()) return;
 
     constexpr double kSmallestPlant = 1e-9; // metres
     origin = {box.center().x, groundHeight(box), box.center().z};
     scale = 1 / std::max(box.diagonal(), kSmallestPlant);
-    outlinePoints.reserve(outline.size());
-    for (const vdt::Vector3& point : outline) outlinePoints.push_back(localPoint(point));
+    forEachOutlinePoint(scene, [&](const vdt::Vector3& point) { outlinePoints.push_back(localPoint(point)); });
 }
 
 Float3 TracedScene::localPoint(const vdt::Vector3& meters) const
@@ -198,61 +210,89 @@ std::unique_ptr<TracedScene::Mesh> TracedScene::makeMesh(const SceneMesh& source
     return mesh;
 }
 
-void TracedScene::attachPieces(const Mesh& mesh, RTCScene target) const
+// Enters the triangles of a piece under a number, as many copies of them as there are positions for.
+void TracedScene::attachPiece(const Piece& piece, const vdt::Array<Float3>& positions, RTCScene target,
+                              size_t number) const
 {
+    const vdt::Array<uint32_t>& indices = piece.triangles.indices;
+    const size_t pointCount = piece.triangles.positions.size();
+    const size_t copies = positions.size() / pointCount;
+    RTCGeometry geometry = rtcNewGeometry(device, RTC_GEOMETRY_TYPE_TRIANGLE);
+    void* const points = rtcSetNewGeometryBuffer(geometry, RTC_BUFFER_TYPE_VERTEX, 0, RTC_FORMAT_FLOAT3, sizeof(Float3),
+                                                 positions.size());
+    auto* corner = static_cast<uint32_t*>(rtcSetNewGeometryBuffer(geometry, RTC_BUFFER_TYPE_INDEX, 0, RTC_FORMAT_UINT3,
+                                                                  3 * sizeof(uint32_t), indices.size() / 3 * copies));
+    if (points && corner) {
+        std::memcpy(points, positions.data(), positions.size() * sizeof(Float3));
+        for (size_t copy = 0; copy < copies; ++copy)
+            for (const uint32_t index : indices) *corner++ = static_cast<uint32_t>(copy * pointCount + index);
+        rtcSetGeometryUserData(geometry, const_cast<Piece*>(&piece));
+        if (piece.material->mask) rtcSetGeometryIntersectFilterFunction(geometry, rejectCutOut);
+        if (piece.material->mask || piece.material->isLeaf)
+            rtcSetGeometryOccludedFilterFunction(geometry, letLightThrough);
+        rtcCommitGeometry(geometry);
+        rtcAttachGeometryByID(target, geometry, static_cast<unsigned>(number));
+    }
+    rtcReleaseGeometry(geometry);
+}
+
+void TracedScene::addFoliage(const SceneObject& source, uint64_t& copyBudget)
+{
+    std::vector<Placement> placements = source.placements;
+    std::erase_if(placements, [](const Placement& placement) { return !isInReach(placement.translation); });
+    const size_t firstTurn = turns.size();
+    for (const Placement& placement : placements) {
+        const vdt::Matrix matrix = vdt::ToMatrix(placement.rotation, {0, 0, 0});
+        Turn turn{};
+        for (int row = 0; row < 3; ++row) turn.axes[row] = narrowed(matrix.row(row) * (placement.scale < 0 ? -1 : 1));
+        turns.push_back(turn);
+    }
+
+    foliage.push_back(makeMesh(source.mesh, false));
+    Mesh& mesh = *foliage.back();
+    uint64_t triangles = 0;
+    for (const Piece& piece : mesh.pieces) triangles += piece.triangleCount() * placements.size();
+    if (triangles > copyBudget) return addInstances(mesh, placements, firstTurn);
+    copyBudget -= triangles;
+    addCopies(mesh, placements, firstTurn);
+}
+
+void TracedScene::addCopies(const Mesh& mesh, std::span<const Placement> placements, size_t firstTurn)
+{
+    if (placements.empty()) return;
     for (size_t i = 0; i < mesh.pieces.size(); ++i) {
         const Piece& piece = mesh.pieces[i];
-        const vdt::Array<Float3>& positions = piece.triangles.positions;
-        const vdt::Array<uint32_t>& indices = piece.triangles.indices;
-        RTCGeometry geometry = rtcNewGeometry(device, RTC_GEOMETRY_TYPE_TRIANGLE);
-        void* const vertexBuffer = rtcSetNewGeometryBuffer(geometry, RTC_BUFFER_TYPE_VERTEX, 0, RTC_FORMAT_FLOAT3,
-                                                           sizeof(Float3), positions.size());
-        void* const indexBuffer = rtcSetNewGeometryBuffer(geometry, RTC_BUFFER_TYPE_INDEX, 0, RTC_FORMAT_UINT3,
-                                                          3 * sizeof(uint32_t), indices.size() / 3);
-        if (vertexBuffer && indexBuffer) {
-            std::memcpy(vertexBuffer, positions.data(), positions.size() * sizeof(Float3));
-            std::memcpy(indexBuffer, indices.data(), indices.size() * sizeof(uint32_t));
-            rtcSetGeometryUserData(geometry, const_cast<Piece*>(&piece));
-            if (piece.material->mask) rtcSetGeometryIntersectFilterFunction(geometry, rejectCutOut);
-            if (piece.material->mask || piece.material->isLeaf)
-                rtcSetGeometryOccludedFilterFunction(geometry, letLightThrough);
-            rtcCommitGeometry(geometry);
-            rtcAttachGeometryByID(target, geometry, static_cast<unsigned>(i));
+        vdt::Array<Float3> positions;
+        positions.reserve(piece.triangles.positions.size() * placements.size());
+        for (const Placement& placement : placements) {
+            const vdt::Matrix matrix = placement.matrix();
+            for (const Float3& p : piece.triangles.positions)
+                positions.push_back(localPoint(vdt::TransformPoint(widened(p), matrix)));
         }
-        rtcReleaseGeometry(geometry);
+        attachPiece(piece, positions, root, parts.size());
+        parts.push_back({&mesh, i, firstTurn});
     }
 }
 
-void TracedScene::addFoliage(const SceneObject& source)
+void TracedScene::addInstances(Mesh& mesh, std::span<const Placement> placements, size_t firstTurn)
 {
-    foliage.push_back(makeMesh(source.mesh, false));
-    Mesh& mesh = *foliage.back();
     mesh.scene = rtcNewScene(device);
-    attachPieces(mesh, mesh.scene);
+    for (size_t i = 0; i < mesh.pieces.size(); ++i)
+        attachPiece(mesh.pieces[i], mesh.pieces[i].triangles.positions, mesh.scene, i);
     rtcCommitScene(mesh.scene);
 
-    for (const Placement& placement : source.placements) {
-        if (!isInReach(placement.translation)) continue;
-        const vdt::Matrix turn = vdt::ToMatrix(placement.rotation, {0, 0, 0});
-        const double factor = placement.scale * scale;
-        const Float3 place = localPoint(placement.translation);
-        Instance instance{&mesh, {}};
-        float columns[12];
-        for (int row = 0; row < 3; ++row) {
-            const Float3 axis = narrowed(turn.row(row));
-            const Float3 scaled = narrowed(turn.row(row) * factor);
-            instance.axes[row] = placement.scale < 0 ? -axis : axis;
-            std::memcpy(&columns[3 * row], &scaled, sizeof scaled);
-        }
-        std::memcpy(&columns[9], &place, sizeof place);
-
+    for (const Placement& placement : placements) {
+        const vdt::Matrix matrix = placement.matrix();
+        Float3 columns[4]; // the transposed matrix's, which are our rows
+        for (int row = 0; row < 3; ++row) columns[row] = narrowed(matrix.row(row) * scale);
+        columns[3] = localPoint(placement.translation);
         RTCGeometry geometry = rtcNewGeometry(device, RTC_GEOMETRY_TYPE_INSTANCE);
         rtcSetGeometryInstancedScene(geometry, mesh.scene);
         rtcSetGeometryTransform(geometry, 0, RTC_FORMAT_FLOAT3X4_COLUMN_MAJOR, columns);
         rtcCommitGeometry(geometry);
-        rtcAttachGeometryByID(root, geometry, firstInstance + static_cast<uint32_t>(instances.size()));
+        rtcAttachGeometryByID(root, geometry, static_cast<unsigned>(parts.size()));
         rtcReleaseGeometry(geometry);
-        instances.push_back(instance);
+        parts.push_back({&mesh, 0, firstTurn++});
     }
 }
 
@@ -279,7 +319,7 @@ void TracedScene::addCloud(const SceneCloud& cloud)
             discColors.push_back(LightOfSrgb(cloud.colors[i]));
         }
         rtcCommitGeometry(geometry);
-        discGeometry = firstInstance + static_cast<uint32_t>(instances.size());
+        discGeometry = static_cast<uint32_t>(parts.size());
         rtcAttachGeometryByID(root, geometry, discGeometry);
     }
     rtcReleaseGeometry(geometry);
@@ -360,12 +400,12 @@ bool TracedScene::isOccluded(const SceneRay& ray, uint32_t seed) const
 
 void TracedScene::describeTriangle(const RTCHit& hit, const Float3& direction, Surface& surface) const
 {
-    const bool isCopy = hit.instID[0] != RTC_INVALID_GEOMETRY_ID;
-    const Instance* instance = isCopy ? &instances[hit.instID[0] - firstInstance] : nullptr;
-    const Piece& piece = (isCopy ? *instance->mesh : *body).pieces[hit.geomID];
+    const bool isInstance = hit.instID[0] != RTC_INVALID_GEOMETRY_ID;
+    const Part& part = parts[isInstance ? hit.instID[0] : hit.geomID];
+    const Piece& piece = part.mesh->pieces[isInstance ? hit.geomID : part.piece];
     const Material& material = *piece.material;
     const TriangleMesh& triangles = piece.triangles;
-    const uint32_t* corner = &triangles.indices[size_t{hit.primID} * 3];
+    const uint32_t* corner = piece.cornersOf(hit);
     const vdt::Vector2f coordinate = piece.coordinateAt(hit);
 
     Float3 normal = Normalized(triangles.normals[corner[0]] * (1 - hit.u - hit.v) +
@@ -385,12 +425,10 @@ void TracedScene::describeTriangle(const RTCHit& hit, const Float3& direction, S
         normal = Normalized(tangent * bent.x + bitangent * bent.y + normal * bent.z);
     }
     Float3 flat{hit.Ng_x, hit.Ng_y, hit.Ng_z};
-    if (isCopy) {
-        const auto turned = [&](const Float3& v) {
-            return instance->axes[0] * v.x + instance->axes[1] * v.y + instance->axes[2] * v.z;
-        };
-        normal = turned(normal);
-        flat = turned(flat);
+    if (part.firstTurn != vdt::kNone) {
+        const Turn& turn = turns[part.firstTurn + (isInstance ? 0 : hit.primID / piece.triangleCount())];
+        normal = turn(normal);
+        if (isInstance) flat = turn(flat);
     }
     flat = Normalized(flat);
     if (Dot(flat, normal) < 0) flat = -flat;

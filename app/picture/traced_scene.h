@@ -1,14 +1,18 @@
-// A scene as rays meet it. Foliage stays one mesh a record with an instance a copy; a surface that its alpha texture
-// cuts away is not there for any ray.
+// A scene as rays meet it. A surface that its alpha texture cuts away is not there for any ray.
 //
 // Rays live in a space of their own: the plant stands on y = 0, its middle at x = z = 0, and its box has a diagonal of
 // 1. So lengths such as the smallest distance that counts are plain constants, for a seedling and for a forest giant.
+//
+// Copies of foliage overlap so much that rays find their way through the triangles of all copies three times as fast
+// as through instances of one mesh. So copies are made as long as memory allows; beyond that they become instances.
 #pragma once
 
 #include "picture/texture.h"
+#include "vdt/memory/index.h"
 
 #include <embree3/rtcore.h>
 #include <memory>
+#include <span>
 #include <vector>
 
 namespace verdanth {
@@ -53,9 +57,20 @@ private:
     struct Material;
     struct Piece; // the triangles of one mesh that share a material
     struct Mesh;
-    struct Instance {
+
+    // How a copy is turned: its axes, or minus them for a mirrored one.
+    struct Turn {
+        Float3 axes[3];
+
+        Float3 operator()(const Float3& v) const { return axes[0] * v.x + axes[1] * v.y + axes[2] * v.z; }
+    };
+
+    // What stands behind the number of one of the root's geometries: a piece of the body, all copies of a piece of
+    // foliage one after another, or an instance of a whole mesh.
+    struct Part {
         const Mesh* mesh;
-        Float3 axes[3]; // the copy's turn; all of them round for a mirrored one
+        size_t piece;
+        size_t firstTurn; // kNone for the body
     };
 
     static void rejectCutOut(const RTCFilterFunctionNArguments* arguments);
@@ -64,8 +79,10 @@ private:
     void findSpace(const Scene& scene);
     void addMaterials(const Scene& scene, vdt::MessageHandler& messages);
     std::unique_ptr<Mesh> makeMesh(const SceneMesh& source, bool isBody) const;
-    void attachPieces(const Mesh& mesh, RTCScene target) const;
-    void addFoliage(const SceneObject& source);
+    void attachPiece(const Piece& piece, const vdt::Array<Float3>& positions, RTCScene target, size_t number) const;
+    void addFoliage(const SceneObject& source, uint64_t& copyBudget);
+    void addCopies(const Mesh& mesh, std::span<const Placement> placements, size_t firstTurn);
+    void addInstances(Mesh& mesh, std::span<const Placement> placements, size_t firstTurn);
     void addCloud(const SceneCloud& cloud);
     Float3 localPoint(const vdt::Vector3& meters) const;
     void describeTriangle(const RTCHit& hit, const Float3& direction, Surface& surface) const;
@@ -78,8 +95,8 @@ private:
     std::vector<Material> materials;
     std::unique_ptr<Mesh> body;
     std::vector<std::unique_ptr<Mesh>> foliage;
-    std::vector<Instance> instances;
-    uint32_t firstInstance = 0; // its geometry's number; the pieces of the body come before
+    std::vector<Turn> turns; // of all copies
+    std::vector<Part> parts; // by their geometry's number
     uint32_t discGeometry = RTC_INVALID_GEOMETRY_ID;
     std::vector<Light> discColors;
     std::vector<Float3> outlinePoints;
