@@ -4,6 +4,8 @@ namespace verdanth {
 namespace {
 
 constexpr int kBounces = 2;            // from leaf to leaf: what makes a crown's inside green instead of black
+constexpr float kPersistence = 2.5F; // a path whose light is worth 1 / 2.5 of the first surface's is always followed
+constexpr float kRarest = 0.25F;
 constexpr float kLift = 1e-5F;         // of a new ray's start above its surface
 constexpr float kDarkestShadow = 0.8F; // the ground is bright: its surroundings light it up
 constexpr Light kDeepLight{0.16F, 0.17F, 0.15F}; // what comes from where no further bounce looks
@@ -48,14 +50,17 @@ Light PathTracer::lightFrom(const Surface& first, const Float3& towardsFirstView
         sum += reach * sunOn(surface, towardsViewer, sampler);
         if (bounce == kBounces) return sum + reach * (surface.reflection + surface.transmission) * kDeepLight;
 
-        const float reflected = Luminance(surface.reflection);
-        const float transmitted = Luminance(surface.transmission);
+        // The path goes on from this side, from the other, or not at all, by how much light it would bring.
+        const float reflected = Luminance(reach * surface.reflection);
+        const float transmitted = Luminance(reach * surface.transmission);
         if (reflected + transmitted <= 0) return sum;
         const SamplePoint choice = sampler.next();
-        const float chance = transmitted / (reflected + transmitted);
-        const bool through = choice.u < chance;
-        const float side = through ? -1.0F : 1.0F;
-        reach = reach * (through ? surface.transmission * (1 / chance) : surface.reflection * (1 / (1 - chance)));
+        const float goOn = std::clamp((reflected + transmitted) * kPersistence, kRarest, 1.0F);
+        const float through = goOn * transmitted / (reflected + transmitted);
+        if (choice.u >= goOn) return sum;
+        const bool isThrough = choice.u < through;
+        const float side = isThrough ? -1.0F : 1.0F;
+        reach = reach * (isThrough ? surface.transmission * (1 / through) : surface.reflection * (1 / (goOn - through)));
 
         const SceneRay onward{surface.position + surface.flatNormal * (side * kLift),
                               CosineDirection(surface.normal * side, sampler.next())};
@@ -90,12 +95,12 @@ float PathTracer::shadowAt(const Float3& place, Sampler& sampler) const
     const float fade = 1 - SmoothStep(plantRadius * 0.9F, plantRadius * 2 + 0.25F, std::hypot(place.x, place.z));
     if (fade <= 0) return 0;
 
+    // The light that is missing is the sun's or the sky's: one of them is asked, by what each would give.
     const Float3 start{place.x, kLift, place.z};
-    const Float3 sunward = sky->towardsSun(sampler.next());
-    float lost = 0;
-    if (sunward.y > 0 && scene->isOccluded({start, sunward}, sampler.bits())) lost += sky->sunShareOnGround();
-    const Float3 skyward = CosineDirection({0, 1, 0}, sampler.next());
-    if (scene->isOccluded({start, skyward}, sampler.bits() + 1)) lost += 1 - sky->sunShareOnGround();
+    const SamplePoint choice = sampler.next();
+    const bool askSun = choice.u < sky->sunShareOnGround();
+    const Float3 lightward = askSun ? sky->towardsSun(sampler.next()) : CosineDirection({0, 1, 0}, sampler.next());
+    const float lost = lightward.y > 0 && scene->isOccluded({start, lightward}, sampler.bits()) ? 1.0F : 0.0F;
     return lost * fade * kDarkestShadow;
 }
 

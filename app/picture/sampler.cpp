@@ -12,7 +12,7 @@ uint32_t reversedBits(uint32_t x)
     return (x & 0x55555555U) << 1 | (x & 0xAAAAAAAAU) >> 1;
 }
 
-// Turns each bit of the reversed number over depending on those below it.
+// Turns each bit over depending on those below it: on a number with its bits reversed, Owen's scrambling.
 uint32_t permuted(uint32_t x, uint32_t seed)
 {
     x += seed;
@@ -22,17 +22,14 @@ uint32_t permuted(uint32_t x, uint32_t seed)
     return x ^ x * 0x8D22F6E6U;
 }
 
-uint32_t scrambled(uint32_t x, uint32_t seed)
+// Sobol's second dimension with its bits reversed: the index times Pascal's triangle, where only odd and even count.
+uint32_t reversedSobolSecond(uint32_t index)
 {
-    return reversedBits(permuted(reversedBits(x), seed));
-}
-
-uint32_t sobolSecond(uint32_t index)
-{
-    uint32_t result = 0;
-    for (uint32_t direction = 1U << 31; index; index >>= 1, direction ^= direction >> 1)
-        if (index & 1) result ^= direction;
-    return result;
+    index ^= index >> 16;
+    index ^= (index & 0xFF00FF00U) >> 8;
+    index ^= (index & 0xF0F0F0F0U) >> 4;
+    index ^= (index & 0xCCCCCCCCU) >> 2;
+    return index ^ (index & 0xAAAAAAAAU) >> 1;
 }
 
 float unitFloat(uint32_t bits)
@@ -42,12 +39,20 @@ float unitFloat(uint32_t bits)
 
 } // namespace
 
+Sampler::Sampler(uint32_t pixel, uint32_t sample)
+    : seed(HashBits(pixel + 0x9E3779B9U)),
+      index(sample),
+      reversedIndex(reversedBits(sample))
+{
+}
+
 SamplePoint Sampler::next()
 {
     seed = HashBits(seed + 0x9E3779B9U);
-    const uint32_t shuffled = scrambled(index, seed);
-    return {unitFloat(scrambled(reversedBits(shuffled), HashBits(seed ^ 0x68E31DA4U))),
-            unitFloat(scrambled(sobolSecond(shuffled), HashBits(seed ^ 0xB5297A4DU)))};
+    // The first dimension is the index itself with its bits reversed.
+    const uint32_t shuffled = reversedBits(permuted(reversedIndex, seed));
+    return {unitFloat(reversedBits(permuted(shuffled, HashBits(seed ^ 0x68E31DA4U)))),
+            unitFloat(reversedBits(permuted(reversedSobolSecond(shuffled), HashBits(seed ^ 0xB5297A4DU))))};
 }
 
 } // namespace verdanth

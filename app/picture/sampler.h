@@ -25,7 +25,7 @@ inline uint32_t HashBits(uint32_t value)
 
 class Sampler {
 public:
-    Sampler(uint32_t pixel, uint32_t sample) : seed(HashBits(pixel + 0x9E3779B9U)), index(sample) {}
+    Sampler(uint32_t pixel, uint32_t sample);
 
     /// The next pair of this sample's path.
     SamplePoint next();
@@ -35,6 +35,7 @@ public:
 private:
     uint32_t seed;
     uint32_t index;
+    uint32_t reversedIndex;
 };
 
 } // namespace verdanth
