@@ -2,6 +2,7 @@
 
 #include "picture/path_tracer.h"
 
+#include <array>
 #include <atomic>
 #include <thread>
 
@@ -76,12 +77,19 @@ private:
     {
         const uint32_t index = y * settings->width + x;
         PixelSum sum;
-        for (uint32_t i = 0; i < settings->samples; ++i) {
-            Sampler sampler(index, i);
-            const SamplePoint place = sampler.next();
-            sum.add(tracer->look(camera->ray(static_cast<float>(x) + 0.5F + spread(place.u),
-                                             static_cast<float>(y) + 0.5F + spread(place.v)),
-                                 sampler));
+        std::array<Sampler, TracedScene::kBundle> samplers;
+        std::array<SceneRay, TracedScene::kBundle> rays;
+        std::array<Sighting, TracedScene::kBundle> sightings;
+        for (uint32_t first = 0; first < settings->samples; first += TracedScene::kBundle) {
+            const uint32_t count = std::min<uint32_t>(TracedScene::kBundle, settings->samples - first);
+            for (uint32_t i = 0; i < count; ++i) {
+                samplers[i] = Sampler(index, first + i);
+                const SamplePoint place = samplers[i].next();
+                rays[i] = camera->ray(static_cast<float>(x) + 0.5F + spread(place.u),
+                                      static_cast<float>(y) + 0.5F + spread(place.v));
+            }
+            tracer->look({rays.data(), count}, {samplers.data(), count}, sightings);
+            for (uint32_t i = 0; i < count; ++i) sum.add(sightings[i]);
         }
         develop(sum, &picture->pixels[size_t{index} * 4]);
     }

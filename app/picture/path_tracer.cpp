@@ -1,13 +1,15 @@
 #include "picture/path_tracer.h"
 
+#include <array>
+
 namespace verdanth {
 namespace {
 
-constexpr int kBounces = 2;            // from leaf to leaf: what makes a crown's inside green instead of black
+constexpr int kBounces = 2;          // from leaf to leaf: what makes a crown's inside green instead of black
 constexpr float kPersistence = 2.5F; // a path whose light is worth 1 / 2.5 of the first surface's is always followed
 constexpr float kRarest = 0.25F;
-constexpr float kLift = 1e-5F;         // of a new ray's start above its surface
-constexpr float kDarkestShadow = 0.8F; // the ground is bright: its surroundings light it up
+constexpr float kLift = 1e-5F;                   // of a new ray's start above its surface
+constexpr float kDarkestShadow = 0.8F;           // the ground is bright: its surroundings light it up
 constexpr Light kDeepLight{0.16F, 0.17F, 0.15F}; // what comes from where no further bounce looks
 
 } // namespace
@@ -20,17 +22,22 @@ PathTracer::PathTracer(const TracedScene& tracedScene, const Sky& surroundings, 
     for (const Float3& point : scene->outline()) plantRadius = std::max(plantRadius, std::hypot(point.x, point.z));
 }
 
-Sighting PathTracer::look(const SceneRay& ray, Sampler& sampler) const
+void PathTracer::look(std::span<SceneRay> rays, std::span<Sampler> samplers, std::span<Sighting> sightings) const
 {
-    SceneRay sight = ray;
-    float groundDistance = 0;
-    const bool groundAhead = meetsGround(ray, groundDistance);
-    if (groundAhead) sight.farthest = groundDistance;
+    uint32_t groundAhead = 0;
+    for (size_t i = 0; i < rays.size(); ++i)
+        if (meetsGround(rays[i], rays[i].farthest)) groundAhead |= 1U << i;
 
-    Surface surface;
-    if (scene->intersect(sight, surface)) return {lightFrom(surface, -ray.direction, sampler), 1, 0};
-    if (!groundAhead) return {};
-    return {{0, 0, 0}, 0, shadowAt(ray.origin + ray.direction * groundDistance, sampler)};
+    std::array<Surface, TracedScene::kBundle> surfaces;
+    const uint32_t met = scene->intersectBundle(rays, surfaces);
+    for (size_t i = 0; i < rays.size(); ++i) {
+        const SceneRay& ray = rays[i];
+        sightings[i] = {};
+        if (met >> i & 1)
+            sightings[i] = {lightFrom(surfaces[i], -ray.direction, samplers[i]), 1, 0};
+        else if (groundAhead >> i & 1)
+            sightings[i].shadow = shadowAt(ray.origin + ray.direction * ray.farthest, samplers[i]);
+    }
 }
 
 bool PathTracer::meetsGround(const SceneRay& ray, float& distance) const
@@ -60,7 +67,8 @@ Light PathTracer::lightFrom(const Surface& first, const Float3& towardsFirstView
         if (choice.u >= goOn) return sum;
         const bool isThrough = choice.u < through;
         const float side = isThrough ? -1.0F : 1.0F;
-        reach = reach * (isThrough ? surface.transmission * (1 / through) : surface.reflection * (1 / (goOn - through)));
+        reach =
+            reach * (isThrough ? surface.transmission * (1 / through) : surface.reflection * (1 / (goOn - through)));
 
         const SceneRay onward{surface.position + surface.flatNormal * (side * kLift),
                               CosineDirection(surface.normal * side, sampler.next())};

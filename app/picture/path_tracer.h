@@ -18,7 +18,8 @@ public:
     /// `withGround`: whether the plant stands on ground that shows its shadow and hides what is below.
     PathTracer(const TracedScene& scene, const Sky& sky, bool withGround);
 
-    Sighting look(const SceneRay& ray, Sampler& sampler) const;
+    /// Follows up to TracedScene::kBundle rays of one pixel, each with its own sampler.
+    void look(std::span<SceneRay> rays, std::span<Sampler> samplers, std::span<Sighting> sightings) const;
 
 private:
     Light lightFrom(const Surface& surface, const Float3& towardsViewer, Sampler& sampler) const;

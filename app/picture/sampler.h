@@ -25,6 +25,7 @@ inline uint32_t HashBits(uint32_t value)
 
 class Sampler {
 public:
+    Sampler() = default;
     Sampler(uint32_t pixel, uint32_t sample);
 
     /// The next pair of this sample's path.
@@ -33,9 +34,9 @@ public:
     uint32_t bits() const { return HashBits(seed ^ (index * 0x85EBCA6BU + 0x27D4EB2FU)); }
 
 private:
-    uint32_t seed;
-    uint32_t index;
-    uint32_t reversedIndex;
+    uint32_t seed = 0;
+    uint32_t index = 0;
+    uint32_t reversedIndex = 0;
 };
 
 } // namespace verdanth

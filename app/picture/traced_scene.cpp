@@ -71,10 +71,27 @@ double groundHeight(const vdt::Box& box)
     return std::fabs(box.min.y) <= kSlack * box.size().y ? 0 : box.min.y;
 }
 
-// The numbers of a filter call about one ray.
-RTCHit hitOf(const RTCFilterFunctionNArguments* arguments)
+// Calls `rejects` with each hit of a filter call, and strikes out those for which it is true.
+template <class Rejects> void filterHits(const RTCFilterFunctionNArguments* arguments, Rejects rejects)
 {
-    return rtcGetHitFromHitN(arguments->hit, arguments->N, 0);
+    for (unsigned i = 0; i < arguments->N; ++i)
+        if (arguments->valid[i] == -1 && rejects(rtcGetHitFromHitN(arguments->hit, arguments->N, i)))
+            arguments->valid[i] = 0;
+}
+
+RTCRay rayOf(const SceneRay& ray)
+{
+    RTCRay result{};
+    result.org_x = ray.origin.x;
+    result.org_y = ray.origin.y;
+    result.org_z = ray.origin.z;
+    result.dir_x = ray.direction.x;
+    result.dir_y = ray.direction.y;
+    result.dir_z = ray.direction.z;
+    result.tnear = kNearest;
+    result.tfar = ray.farthest;
+    result.mask = ~0U;
+    return result;
 }
 
 struct ShadowContext {
@@ -112,6 +129,9 @@ struct TracedScene::Piece {
         const float first = 1 - hit.u - hit.v;
         return {a.u * first + b.u * hit.u + c.u * hit.v, a.v * first + b.v * hit.u + c.v * hit.v};
     }
+
+    // Asked only where the material has a mask.
+    bool isCutOut(const RTCHit& hit) const { return material->mask->opacity(coordinateAt(hit)) < kCutOff; }
 };
 
 struct TracedScene::Mesh {
@@ -327,24 +347,20 @@ void TracedScene::addCloud(const SceneCloud& cloud)
 
 void TracedScene::rejectCutOut(const RTCFilterFunctionNArguments* arguments)
 {
-    if (arguments->valid[0] != -1) return;
     const auto& piece = *static_cast<const Piece*>(arguments->geometryUserPtr);
-    if (piece.material->mask->opacity(piece.coordinateAt(hitOf(arguments))) < kCutOff) arguments->valid[0] = 0;
+    filterHits(arguments, [&](const RTCHit& hit) { return piece.isCutOut(hit); });
 }
 
 void TracedScene::letLightThrough(const RTCFilterFunctionNArguments* arguments)
 {
-    if (arguments->valid[0] != -1) return;
     const auto& piece = *static_cast<const Piece*>(arguments->geometryUserPtr);
-    const RTCHit hit = hitOf(arguments);
-    if (piece.material->isLeaf) {
+    const uint32_t seed = reinterpret_cast<const ShadowContext*>(arguments->context)->seed;
+    filterHits(arguments, [&](const RTCHit& hit) {
         // The chance hangs on ray and triangle, not on the order in which the ray meets them.
-        const uint32_t seed = reinterpret_cast<const ShadowContext*>(arguments->context)->seed;
         const uint32_t chance = HashBits(seed ^ HashBits(hit.primID + HashBits(hit.geomID + HashBits(hit.instID[0]))));
-        if (static_cast<float>(chance >> 8) * 0x1p-24F < kPassingShare) arguments->valid[0] = 0;
-    }
-    if (piece.material->mask && piece.material->mask->opacity(piece.coordinateAt(hit)) < kCutOff)
-        arguments->valid[0] = 0;
+        if (piece.material->isLeaf && static_cast<float>(chance >> 8) * 0x1p-24F < kPassingShare) return true;
+        return piece.material->mask && piece.isCutOut(hit);
+    });
 }
 
 bool TracedScene::intersect(const SceneRay& ray, Surface& surface) const
@@ -352,29 +368,49 @@ bool TracedScene::intersect(const SceneRay& ray, Surface& surface) const
     RTCIntersectContext context;
     rtcInitIntersectContext(&context);
     RTCRayHit query{};
-    query.ray = {ray.origin.x,
-                 ray.origin.y,
-                 ray.origin.z,
-                 kNearest,
-                 ray.direction.x,
-                 ray.direction.y,
-                 ray.direction.z,
-                 0,
-                 ray.farthest,
-                 ~0U,
-                 0,
-                 0};
+    query.ray = rayOf(ray);
     query.hit.geomID = RTC_INVALID_GEOMETRY_ID;
     query.hit.instID[0] = RTC_INVALID_GEOMETRY_ID;
     rtcIntersect1(root, &context, &query);
     if (query.hit.geomID == RTC_INVALID_GEOMETRY_ID) return false;
-
-    surface.position = ray.origin + ray.direction * query.ray.tfar;
-    if (query.hit.instID[0] == RTC_INVALID_GEOMETRY_ID && query.hit.geomID == discGeometry)
-        describeDisc(query.hit, ray.direction, surface);
-    else
-        describeTriangle(query.hit, ray.direction, surface);
+    describe(query.hit, ray, query.ray.tfar, surface);
     return true;
+}
+
+uint32_t TracedScene::intersectBundle(std::span<const SceneRay> rays, std::span<Surface> surfaces) const
+{
+    RTCIntersectContext context;
+    rtcInitIntersectContext(&context);
+    context.flags = RTC_INTERSECT_CONTEXT_FLAG_COHERENT;
+    RTCRayHit16 query{};
+    auto* const rayLanes = reinterpret_cast<RTCRayN*>(&query.ray);
+    auto* const hitLanes = reinterpret_cast<RTCHitN*>(&query.hit);
+    alignas(64) int valid[kBundle] = {};
+    for (unsigned i = 0; i < rays.size(); ++i) {
+        valid[i] = -1;
+        const RTCRay ray = rayOf(rays[i]);
+        RTCRayN_org_x(rayLanes, kBundle, i) = ray.org_x;
+        RTCRayN_org_y(rayLanes, kBundle, i) = ray.org_y;
+        RTCRayN_org_z(rayLanes, kBundle, i) = ray.org_z;
+        RTCRayN_tnear(rayLanes, kBundle, i) = ray.tnear;
+        RTCRayN_dir_x(rayLanes, kBundle, i) = ray.dir_x;
+        RTCRayN_dir_y(rayLanes, kBundle, i) = ray.dir_y;
+        RTCRayN_dir_z(rayLanes, kBundle, i) = ray.dir_z;
+        RTCRayN_tfar(rayLanes, kBundle, i) = ray.tfar;
+        RTCRayN_mask(rayLanes, kBundle, i) = ray.mask;
+        RTCHitN_geomID(hitLanes, kBundle, i) = RTC_INVALID_GEOMETRY_ID;
+        RTCHitN_instID(hitLanes, kBundle, i, 0) = RTC_INVALID_GEOMETRY_ID;
+    }
+    rtcIntersect16(valid, root, &context, &query);
+
+    uint32_t met = 0;
+    for (unsigned i = 0; i < rays.size(); ++i) {
+        const RTCHit hit = rtcGetHitFromHitN(hitLanes, kBundle, i);
+        if (hit.geomID == RTC_INVALID_GEOMETRY_ID) continue;
+        describe(hit, rays[i], RTCRayN_tfar(rayLanes, kBundle, i), surfaces[i]);
+        met |= 1U << i;
+    }
+    return met;
 }
 
 bool TracedScene::isOccluded(const SceneRay& ray, uint32_t seed) const
@@ -382,20 +418,18 @@ bool TracedScene::isOccluded(const SceneRay& ray, uint32_t seed) const
     ShadowContext context{};
     rtcInitIntersectContext(&context.base);
     context.seed = seed;
-    RTCRay query{ray.origin.x,
-                 ray.origin.y,
-                 ray.origin.z,
-                 kNearest,
-                 ray.direction.x,
-                 ray.direction.y,
-                 ray.direction.z,
-                 0,
-                 ray.farthest,
-                 ~0U,
-                 0,
-                 0};
+    RTCRay query = rayOf(ray);
     rtcOccluded1(root, &context.base, &query);
     return query.tfar < 0;
+}
+
+void TracedScene::describe(const RTCHit& hit, const SceneRay& ray, float distance, Surface& surface) const
+{
+    surface.position = ray.origin + ray.direction * distance;
+    if (hit.instID[0] == RTC_INVALID_GEOMETRY_ID && hit.geomID == discGeometry)
+        describeDisc(hit, ray.direction, surface);
+    else
+        describeTriangle(hit, ray.direction, surface);
 }
 
 void TracedScene::describeTriangle(const RTCHit& hit, const Float3& direction, Surface& surface) const

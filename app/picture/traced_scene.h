@@ -36,6 +36,8 @@ struct Surface {
 
 class TracedScene {
 public:
+    static constexpr size_t kBundle = 16;
+
     /// `scene` is not needed afterwards. Textures that cannot be used are told.
     TracedScene(const Scene& scene, vdt::MessageHandler& messages);
     TracedScene(const TracedScene&) = delete;
@@ -47,6 +49,9 @@ public:
 
     /// The first surface on the ray. False if there is none.
     bool intersect(const SceneRay& ray, Surface& surface) const;
+    /// The same for up to kBundle rays that run nearly alike, which goes faster. Bit i of the result tells whether ray
+    /// i has met a surface.
+    uint32_t intersectBundle(std::span<const SceneRay> rays, std::span<Surface> surfaces) const;
     /// True if something keeps the light off. Leaves let some of it pass, by a chance that `seed` decides.
     bool isOccluded(const SceneRay& ray, uint32_t seed) const;
 
@@ -85,6 +90,7 @@ private:
     void addInstances(Mesh& mesh, std::span<const Placement> placements, size_t firstTurn);
     void addCloud(const SceneCloud& cloud);
     Float3 localPoint(const vdt::Vector3& meters) const;
+    void describe(const RTCHit& hit, const SceneRay& ray, float distance, Surface& surface) const;
     void describeTriangle(const RTCHit& hit, const Float3& direction, Surface& surface) const;
     void describeDisc(const RTCHit& hit, const Float3& direction, Surface& surface) const;
 
