@@ -16,6 +16,7 @@ MAY_INCLUDE = {
     "library/vdt/file": "memory math messages mesh skeleton model",
     "library/vdt/cache": "memory math messages mesh skeleton model file",
     "library/vdt/generate": "memory math messages mesh skeleton model",
+    "library/geolib": "",
     "plants/grower": "",
     "plants/species": "grower",
     "app/console": "",

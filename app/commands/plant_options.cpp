@@ -4,10 +4,39 @@
 #include "console/console.h"
 #include "files/input_file.h"
 
+#include <limits>
+#include <map>
+
 namespace verdanth {
 namespace {
 
 constexpr int kHighestSubdivision = 6; // each level makes four polygons of one
+constexpr uint64_t kMostPoints = 100'000'000;
+
+const std::map<std::string, PlantForm> kForms{{"full", PlantForm::Full},
+                                              {"proxy", PlantForm::Proxy},
+                                              {"box", PlantForm::Box},
+                                              {"cloud", PlantForm::Cloud},
+                                              {"blob", PlantForm::Blob}};
+
+void addReductionOptions(CLI::App& command, vdt::ReductionParameters& reduction)
+{
+    command.add_option("--max-level", reduction.maxLevel, "The deepest branching that is built; the trunk is 1")
+        ->check(CLI::Range(1, std::numeric_limits<int32_t>::max()).description(""))
+        ->type_name("N");
+    command
+        .add_option("--min-radius", reduction.minRadius, "Branches end where they are no thicker; in the model's unit")
+        ->check(CLI::NonNegativeNumber.description(""))
+        ->type_name("R");
+    command
+        .add_option("--foliage", reduction.foliageAmount,
+                    "The share of foliage that is built, 0 to 1, enlarged so that the crown stays as dense")
+        ->check(CLI::Range(0.0, 1.0).description(""))
+        ->type_name("SHARE");
+    command.add_option("--thinning", reduction.foliageThinning, "A further share, that makes the crown thinner")
+        ->check(CLI::Range(0.0, 1.0).description(""))
+        ->type_name("SHARE");
+}
 
 } // namespace
 
@@ -19,11 +48,20 @@ void AddPlantOptions(CLI::App& command, PlantOptions& options)
     command.add_option("--variant", options.variant, "By name, label or number from 0; else the file's default")
         ->type_name("NAME|N");
     command.add_option("--season", options.season, "By name or label; else the variant's default")->type_name("NAME");
-    command.add_option("--subdivision", options.subdivision, "How often trunk and branches are rounded")
+    command.add_option("--subdivision", options.detail.subdivisionLevel, "How often trunk and branches are rounded")
         ->check(CLI::Range(0, kHighestSubdivision).description(""))
         ->capture_default_str()
         ->type_name("N");
     command.add_flag("--uniform", options.uniform, "Round all branches alike, not the thinner ones less");
+    command.add_option("--as", options.form, "What stands for the plant: all of it, or a lighter form")
+        ->transform(CLI::Transformer(kForms, CLI::ignore_case).description(""))
+        ->default_str("full")
+        ->type_name("full|proxy|box|cloud|blob");
+    command.add_option("--points", options.points, "How many points a cloud has")
+        ->check(CLI::Range(uint64_t{1}, kMostPoints).description(""))
+        ->capture_default_str()
+        ->type_name("N");
+    addReductionOptions(command, options.detail.reduction);
     AddLibraryOption(command, options.library);
 }
 
@@ -55,8 +93,10 @@ SceneRequest SceneRequestOf(const RequestedPlant& plant, const PlantOptions& opt
     return {.model = plant.open.model(),
             .variant = *plant.variant,
             .season = plant.season,
-            .subdivisionLevel = options.subdivision,
-            .uniform = options.uniform};
+            .form = options.form,
+            .uniform = options.uniform,
+            .details = {options.detail},
+            .cloudPoints = options.points};
 }
 
 } // namespace verdanth

@@ -17,7 +17,9 @@ struct PlantOptions {
     std::string library;
     std::string variant;
     std::string season;
-    int subdivision = 1;
+    PlantForm form = PlantForm::Full;
+    uint64_t points = 100000; // of a cloud
+    PlantDetail detail;
     bool uniform = false;
 };
 

@@ -153,12 +153,13 @@ Json describeCost(const vdt::ModelVariant& variant, double metersPerUnit, vdt::M
     const std::string season = DefaultSeason(variant);
     CountingOutput branches(messages);
     CountingOutput foliage(messages);
-    vdt::BuildPlantMesh(variant, {.season = season, .foliage = false}, branches, messages);
-    if (!messages.isCancelled()) vdt::BuildPlantMesh(variant, {.season = season, .branches = false}, foliage, messages);
+    constexpr int32_t kSubdivision = vdt::PlantMeshOptions().subdivisionLevel;
+    vdt::BuildBranchMesh(variant.skeleton, variant.meshes, kSubdivision, false, branches, messages);
+    if (!messages.isCancelled()) vdt::PlaceFoliage(variant.skeleton, variant.meshes, season, foliage);
     vdt::Box bound = branches.bound;
     bound.extend(foliage.bound);
     return {{"season", season},
-            {"subdivision", vdt::PlantMeshOptions().subdivisionLevel},
+            {"subdivision", kSubdivision},
             {"bound", describeBox(bound)},
             {"heightMeters", describeHeight(bound, metersPerUnit)},
             {"branches", describeCounts(branches)},

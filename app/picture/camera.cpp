@@ -99,6 +99,11 @@ void Camera::standFor(const Reach& reach)
     position = right * x + up * ((lowest + highest) / 2) + back * distance;
 }
 
+float Camera::halfWidthAtPlant() const
+{
+    return Dot(position, back) * halfWidth;
+}
+
 SceneRay Camera::ray(float x, float y) const
 {
     const float across = (2 * x / pictureWidth - 1) * halfWidth;

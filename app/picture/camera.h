@@ -27,6 +27,9 @@ public:
     /// Through a place of the picture, in pixels from its upper left corner.
     SceneRay ray(float x, float y) const;
 
+    /// Half the picture's width where the plant stands.
+    float halfWidthAtPlant() const;
+
     const ViewDirection& view() const { return direction; }
 
 private:

@@ -144,7 +144,7 @@ bool DrawPicture(const TracedScene& scene, const Camera& camera, const PictureSe
     picture = {settings.width, settings.height, {}};
     picture.pixels.resize(size_t{4} * settings.width * settings.height);
     const Sky sky(settings.sun, camera.view().azimuth);
-    const PathTracer tracer(scene, sky, settings.ground != Ground::None);
+    const PathTracer tracer(scene, sky, settings.ground == Ground::None ? 0 : camera.halfWidthAtPlant());
     PictureDrawer drawer(tracer, camera, settings, picture);
 
     messages.beginProgress("drawing");

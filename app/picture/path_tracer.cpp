@@ -14,12 +14,11 @@ constexpr Light kDeepLight{0.16F, 0.17F, 0.15F}; // what comes from where no fur
 
 } // namespace
 
-PathTracer::PathTracer(const TracedScene& tracedScene, const Sky& surroundings, bool withGround)
+PathTracer::PathTracer(const TracedScene& tracedScene, const Sky& surroundings, float reachOfShadow)
     : scene(&tracedScene),
       sky(&surroundings),
-      ground(withGround)
+      shadowReach(reachOfShadow)
 {
-    for (const Float3& point : scene->outline()) plantRadius = std::max(plantRadius, std::hypot(point.x, point.z));
 }
 
 void PathTracer::look(std::span<SceneRay> rays, std::span<Sampler> samplers, std::span<Sighting> sightings) const
@@ -42,7 +41,7 @@ void PathTracer::look(std::span<SceneRay> rays, std::span<Sampler> samplers, std
 
 bool PathTracer::meetsGround(const SceneRay& ray, float& distance) const
 {
-    if (!ground || ray.origin.y <= 0 || ray.direction.y >= 0) return false;
+    if (shadowReach <= 0 || ray.origin.y <= 0 || ray.direction.y >= 0) return false;
     distance = -ray.origin.y / ray.direction.y;
     return true;
 }
@@ -100,7 +99,7 @@ Light PathTracer::sunOn(const Surface& surface, const Float3& towardsViewer, Sam
 // The ground has no edge: what tells it from the background is the shadow alone, and that fades with the distance.
 float PathTracer::shadowAt(const Float3& place, Sampler& sampler) const
 {
-    const float fade = 1 - SmoothStep(plantRadius * 0.9F, plantRadius * 2 + 0.25F, std::hypot(place.x, place.z));
+    const float fade = 1 - SmoothStep(0.3F * shadowReach, shadowReach, std::hypot(place.x, place.z));
     if (fade <= 0) return 0;
 
     // The light that is missing is the sun's or the sky's: one of them is asked, by what each would give.

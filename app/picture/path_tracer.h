@@ -15,8 +15,9 @@ struct Sighting {
 
 class PathTracer {
 public:
-    /// `withGround`: whether the plant stands on ground that shows its shadow and hides what is below.
-    PathTracer(const TracedScene& scene, const Sky& sky, bool withGround);
+    /// A plant stands on ground that shows its shadow and hides what is below. The shadow has faded away at a distance
+    /// of `shadowReach` from the plant's middle; 0 for no ground.
+    PathTracer(const TracedScene& scene, const Sky& sky, float shadowReach);
 
     /// Follows up to TracedScene::kBundle rays of one pixel, each with its own sampler.
     void look(std::span<SceneRay> rays, std::span<Sampler> samplers, std::span<Sighting> sightings) const;
@@ -29,8 +30,7 @@ private:
 
     const TracedScene* scene;
     const Sky* sky;
-    bool ground;
-    float plantRadius = 0; // of its outline about the axis
+    float shadowReach;
 };
 
 } // namespace verdanth

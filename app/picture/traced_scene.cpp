@@ -48,14 +48,14 @@ std::vector<vdt::Vector3> extremePoints(const SceneMesh& mesh)
 }
 
 // Calls `visit` with points in metres that tell how far the plant reaches.
-template <class Visit> void forEachOutlinePoint(const Scene& scene, Visit visit)
+template <class Visit> void forEachOutlinePoint(const SceneLevel& plant, Visit visit)
 {
     const auto visitInReach = [&](const vdt::Vector3& point) {
         if (isInReach(point)) visit(point);
     };
-    for (const Float3& point : scene.body.mesh.points) visitInReach(widened(point));
-    for (const Float3& point : scene.cloud.positions) visitInReach(widened(point));
-    for (const SceneObject& object : scene.foliage) {
+    for (const Float3& point : plant.body.mesh.points) visitInReach(widened(point));
+    for (const Float3& point : plant.cloud.positions) visitInReach(widened(point));
+    for (const SceneObject& object : plant.foliage) {
         const std::vector<vdt::Vector3> extremes = extremePoints(object.mesh);
         for (const Placement& placement : object.placements) {
             const vdt::Matrix matrix = placement.matrix();
@@ -152,21 +152,22 @@ TracedScene::TracedScene(const Scene& scene, vdt::MessageHandler& messages) : te
         failure = "the ray tracer does not start on this machine";
         return;
     }
-    findSpace(scene);
+    const SceneLevel& plant = scene.finest();
+    findSpace(plant);
     addMaterials(scene, messages);
     root = rtcNewScene(device);
 
-    body = makeMesh(scene.body.mesh, true);
+    body = makeMesh(plant.body.mesh, true);
     for (const Piece& piece : body->pieces) {
         attachPiece(piece, piece.triangles.positions, root, parts.size());
         parts.push_back({body.get(), parts.size(), vdt::kNone});
     }
     uint64_t copyBudget = kMostCopiedTriangles;
-    for (const SceneObject& object : scene.foliage) {
+    for (const SceneObject& object : plant.foliage) {
         if (messages.isCancelled()) return;
         addFoliage(object, copyBudget);
     }
-    addCloud(scene.cloud);
+    addCloud(plant.cloud);
     rtcCommitScene(root);
     if (rtcGetDeviceError(device) != RTC_ERROR_NONE) failure = "the ray tracer cannot hold the plant in memory";
 }
@@ -180,16 +181,16 @@ TracedScene::~TracedScene()
 }
 
 // Gathers the outline, and makes of the plant's box the space in which rays live.
-void TracedScene::findSpace(const Scene& scene)
+void TracedScene::findSpace(const SceneLevel& plant)
 {
     vdt::Box box;
-    forEachOutlinePoint(scene, [&](const vdt::Vector3& point) { box.extend(point); });
+    forEachOutlinePoint(plant, [&](const vdt::Vector3& point) { box.extend(point); });
     if (box.isEmpty()) return;
 
     constexpr double kSmallestPlant = 1e-9; // metres
     origin = {box.center().x, groundHeight(box), box.center().z};
     scale = 1 / std::max(box.diagonal(), kSmallestPlant);
-    forEachOutlinePoint(scene, [&](const vdt::Vector3& point) { outlinePoints.push_back(localPoint(point)); });
+    forEachOutlinePoint(plant, [&](const vdt::Vector3& point) { outlinePoints.push_back(localPoint(point)); });
 }
 
 Float3 TracedScene::localPoint(const vdt::Vector3& meters) const

@@ -38,7 +38,7 @@ class TracedScene {
 public:
     static constexpr size_t kBundle = 16;
 
-    /// `scene` is not needed afterwards. Textures that cannot be used are told.
+    /// Of the scene's levels, the finest. `scene` is not needed afterwards. Textures that cannot be used are told.
     TracedScene(const Scene& scene, vdt::MessageHandler& messages);
     TracedScene(const TracedScene&) = delete;
     TracedScene& operator=(const TracedScene&) = delete;
@@ -81,7 +81,7 @@ private:
     static void rejectCutOut(const RTCFilterFunctionNArguments* arguments);
     static void letLightThrough(const RTCFilterFunctionNArguments* arguments);
 
-    void findSpace(const Scene& scene);
+    void findSpace(const SceneLevel& plant);
     void addMaterials(const Scene& scene, vdt::MessageHandler& messages);
     std::unique_ptr<Mesh> makeMesh(const SceneMesh& source, bool isBody) const;
     void attachPiece(const Piece& piece, const vdt::Array<Float3>& positions, RTCScene target, size_t number) const;

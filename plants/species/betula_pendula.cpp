@@ -1,6 +1,5 @@
 // Silver birch: a slender white trunk, ascending boughs, and fine twigs that hang like a curtain.
-#include "grower/bark.h"
-#include "grower/organs.h"
+#include "grower/looks.h"
 #include "species/species.h"
 
 namespace grower {
@@ -20,19 +19,6 @@ const LeafShape kLeaf{
     .veins = 7,
 };
 
-Image leaf(const vdt::Color3f& blade, const vdt::Color3f& margin, const vdt::Color3f& vein, uint32_t seed,
-           double spotShare = 0)
-{
-    return PaintLeaf(kLeaf,
-                     {.blade = blade,
-                      .margin = margin,
-                      .vein = vein,
-                      .spot = {0.45f, 0.27f, 0.10f},
-                      .spotShare = spotShare,
-                      .seed = seed},
-                     256);
-}
-
 Bark trunkBark()
 {
     return PaintPaperBark({.paper = {0.91f, 0.90f, 0.87f},
@@ -50,7 +36,7 @@ Bark boughBark()
                            .peel = {0.55f, 0.45f, 0.38f},
                            .pore = {0.25f, 0.20f, 0.17f},
                            .patch = {0.22f, 0.17f, 0.14f},
-                           .patchShare = 0.30,
+                           .patchShare = 0.3,
                            .seed = 12},
                           256);
 }
@@ -65,23 +51,31 @@ Bark twigBark()
                            128);
 }
 
-// A hand's breadth of hanging twig with its leaves.
-void spray(vdt::Mesh& mesh, int32_t material, int leaves, double leafLength, uint64_t seed)
+Bark catkinBark()
 {
-    AddSpray(mesh,
-             {.leaves = leaves,
-              .length = 13,
-              .firstAt = -0.95,
-              .lastAt = 0.02,
-              .angle = {62, 14},
-              .angleAtTip = 35,
-              .turn = {168, 40},
-              .flat = 0.55,
-              .scale = {1, 0.18},
-              .scaleAtTip = 0.85,
-              .seed = seed},
-             kLeaf, {.length = leafLength, .fold = 14, .droop = 0.10, .material = material});
+    return PaintRidgedBark({.ridge = {0.70f, 0.58f, 0.24f},
+                            .crack = {0.36f, 0.22f, 0.10f},
+                            .moss = {0.60f, 0.62f, 0.24f},
+                            .ridges = 6,
+                            .plates = 8,
+                            .mossShare = 0.2,
+                            .seed = 31},
+                           128);
 }
+
+// A hand's breadth of hanging twig with its leaves.
+const SprayLook kSprayLook{.spray = {.length = 13,
+                                     .firstAt = -0.95,
+                                     .lastAt = 0.02,
+                                     .angle = {62, 14},
+                                     .angleAtTip = 35,
+                                     .turn = {168, 40},
+                                     .flat = 0.55,
+                                     .scale = {1, 0.18},
+                                     .scaleAtTip = 0.85,
+                                     .seed = 5},
+                           .leaf = kLeaf,
+                           .body = {.fold = 14, .droop = 0.10}};
 
 void catkins(vdt::Mesh& mesh, double length)
 {
@@ -98,21 +92,18 @@ void catkins(vdt::Mesh& mesh, double length)
 
 std::vector<OrganRecipe> organs()
 {
-    std::vector<OrganRecipe> list;
-    const auto add = [&](Group group, const char* season, const char* name, Material material, int leaves,
-                         double length) {
-        const auto seed = static_cast<uint64_t>(group) + 5;
-        list.push_back({group, season, name, [=](vdt::Mesh& mesh) { spray(mesh, material, leaves, length, seed); }});
+    const std::vector<SprayOrgan> sprays{
+        {kSpray, "spring", "fresh spray", kLeafSpring, 4, 4.2},
+        {kOtherSpray, "spring", "other fresh spray", kLeafSpring, 5, 3.6},
+        {kSparseSpray, "spring", "sparse fresh spray", kLeafSpring, 3, 4.0},
+        {kSpray, "summer", "spray", kLeafSummer, 5, 6.4},
+        {kOtherSpray, "summer", "other spray", kLeafSummer, 6, 5.6},
+        {kSparseSpray, "summer", "sparse spray", kLeafSummer, 4, 6.6},
+        {kSpray, "autumn", "golden spray", kLeafGold, 4, 6.2},
+        {kOtherSpray, "autumn", "turning spray", kLeafAutumn, 4, 5.6},
+        {kSparseSpray, "autumn", "sparse golden spray", kLeafGold, 2, 6.0},
     };
-    add(kSpray, "spring", "fresh spray", kLeafSpring, 4, 4.2);
-    add(kOtherSpray, "spring", "other fresh spray", kLeafSpring, 5, 3.6);
-    add(kSparseSpray, "spring", "sparse fresh spray", kLeafSpring, 3, 4.0);
-    add(kSpray, "summer", "spray", kLeafSummer, 5, 6.4);
-    add(kOtherSpray, "summer", "other spray", kLeafSummer, 6, 5.6);
-    add(kSparseSpray, "summer", "sparse spray", kLeafSummer, 4, 6.6);
-    add(kSpray, "autumn", "golden spray", kLeafGold, 4, 6.2);
-    add(kOtherSpray, "autumn", "turning spray", kLeafAutumn, 4, 5.6);
-    add(kSparseSpray, "autumn", "sparse golden spray", kLeafGold, 2, 6.0);
+    std::vector<OrganRecipe> list = SprayOrgans(kSprayLook, sprays);
     list.push_back({kCatkins, "spring", "catkins", [](vdt::Mesh& mesh) { catkins(mesh, 5.5); }});
     list.push_back({kCatkins, "winter", "closed catkins", [](vdt::Mesh& mesh) { catkins(mesh, 2.8); }});
     return list;
@@ -176,7 +167,7 @@ AgeRecipe adult()
                  .segment = 26,
                  .wander = 4.5,
                  .pull = 0.06,
-                 .pullAtTip = -0.10,
+                 .pullAtTip = -0.1,
                  .shortest = 25,
                  .material = kBough},
                 {.spacing = 19,
@@ -191,7 +182,7 @@ AgeRecipe adult()
                  .segment = 19,
                  .wander = 7,
                  .pull = 0.01,
-                 .pullAtTip = -0.30,
+                 .pullAtTip = -0.3,
                  .shortest = 16,
                  .material = kTwig},
                 {.spacing = 15,
@@ -289,24 +280,11 @@ AgeRecipe young()
     return age;
 }
 
-MaterialRecipe leafMaterial(Material id, const char* name, const std::string& picture)
-{
-    return {
-        .id = id,
-        .name = name,
-        .front = {.texture = picture + ".png", .specular = {0.06f, 0.06f, 0.06f}, .specularRoughness = 0.4f},
-        .back =
-            SideRecipe{.texture = picture + "_back.png", .specular = {0.02f, 0.02f, 0.02f}, .specularRoughness = 0.6f},
-        .cutOut = true,
-        .translucency = 0.5,
-        .depth = 0.03};
-}
-
 } // namespace
 
 SpeciesRecipe BetulaPendula()
 {
-    return {
+    SpeciesRecipe recipe{
         .name = "Betula pendula",
         .labels = {{"en", "Silver birch"},
                    {"de", "H\u00e4nge-Birke"},
@@ -328,80 +306,27 @@ SpeciesRecipe BetulaPendula()
                                 "\u30e8\u30fc\u30ed\u30c3\u30d1\u306e\u843d\u8449\u6a39\u3002\u79cb\u306b\u306f\u9ec4"
                                 "\u91d1\u8272\u306b\u9ec4\u8449\u3059\u308b\u3002"}},
         .wood = {{"", {0.78f, 0.76f, 0.72f, 1}}, {"winter", {0.74f, 0.71f, 0.68f, 1}}},
-        .foliage = {{"", {0.36f, 0.50f, 0.16f, 1}},
-                    {"spring", {0.55f, 0.68f, 0.24f, 1}},
-                    {"summer", {0.36f, 0.50f, 0.16f, 1}},
-                    {"autumn", {0.87f, 0.66f, 0.14f, 1}},
-                    {"winter", {0.42f, 0.28f, 0.19f, 1}}},
-        .textures =
-            {
-                {"trunk.png", [] { return trunkBark().color; }},
-                {"trunk_normal.png", [] { return NormalsOfHeights(trunkBark().height, 0.02); }},
-                {"bough.png", [] { return boughBark().color; }},
-                {"twig.png", [] { return twigBark().color; }},
-                {"leaf_spring.png",
-                 [] {
-                     return leaf({0.50f, 0.66f, 0.20f}, {0.58f, 0.72f, 0.28f}, {0.74f, 0.82f, 0.48f}, 21);
-                 }},
-                {"leaf_spring_back.png",
-                 [] {
-                     return leaf({0.58f, 0.70f, 0.34f}, {0.62f, 0.74f, 0.38f}, {0.76f, 0.83f, 0.56f}, 21);
-                 }},
-                {"leaf_summer.png",
-                 [] {
-                     return leaf({0.27f, 0.43f, 0.11f}, {0.34f, 0.50f, 0.16f}, {0.56f, 0.66f, 0.32f}, 22);
-                 }},
-                {"leaf_summer_back.png",
-                 [] {
-                     return leaf({0.42f, 0.54f, 0.28f}, {0.46f, 0.58f, 0.32f}, {0.62f, 0.70f, 0.46f}, 22);
-                 }},
-                {"leaf_autumn.png",
-                 [] {
-                     return leaf({0.62f, 0.62f, 0.16f}, {0.90f, 0.70f, 0.14f}, {0.80f, 0.76f, 0.36f}, 23, 0.10);
-                 }},
-                {"leaf_autumn_back.png",
-                 [] {
-                     return leaf({0.68f, 0.67f, 0.32f}, {0.86f, 0.72f, 0.32f}, {0.82f, 0.78f, 0.48f}, 23, 0.10);
-                 }},
-                {"leaf_gold.png",
-                 [] {
-                     return leaf({0.92f, 0.72f, 0.12f}, {0.88f, 0.58f, 0.10f}, {0.95f, 0.84f, 0.44f}, 24, 0.16);
-                 }},
-                {"leaf_gold_back.png",
-                 [] {
-                     return leaf({0.88f, 0.74f, 0.34f}, {0.84f, 0.64f, 0.30f}, {0.92f, 0.84f, 0.54f}, 24, 0.16);
-                 }},
-                {"catkin.png",
-                 [] {
-                     return PaintRidgedBark({.ridge = {0.70f, 0.58f, 0.24f},
-                                             .crack = {0.36f, 0.22f, 0.10f},
-                                             .moss = {0.60f, 0.62f, 0.24f},
-                                             .ridges = 6,
-                                             .plates = 8,
-                                             .mossShare = 0.2,
-                                             .seed = 31},
-                                            128)
-                         .color;
-                 }},
-            },
-        .materials =
-            {
-                {.id = kTrunk,
-                 .name = "trunk",
-                 .front = {.texture = "trunk.png", .normal = "trunk_normal.png", .diffuseRoughness = 0.3f}},
-                {.id = kBough, .name = "bough", .front = {.texture = "bough.png", .diffuseRoughness = 0.3f}},
-                {.id = kTwig, .name = "twig", .front = {.texture = "twig.png", .specular = {0.04f, 0.04f, 0.04f}}},
-                leafMaterial(kLeafSpring, "leaf in spring", "leaf_spring"),
-                leafMaterial(kLeafSummer, "leaf in summer", "leaf_summer"),
-                leafMaterial(kLeafAutumn, "turning leaf", "leaf_autumn"),
-                leafMaterial(kLeafGold, "golden leaf", "leaf_gold"),
-                {.id = kCatkin, .name = "catkin", .front = {.texture = "catkin.png", .diffuseRoughness = 0.5f}},
-            },
+        .foliage =
+            FoliageColors({0.55f, 0.68f, 0.24f}, {0.36f, 0.50f, 0.16f}, {0.87f, 0.66f, 0.14f}, {0.42f, 0.28f, 0.19f}),
         .organs = organs(),
         .ages = {young(), medium(), adult()},
         .proxyBark = kTrunk,
         .proxyFoliage = kLeafSummer,
     };
+    AddBark(recipe, {.material = kTrunk, .name = "trunk", .paint = trunkBark, .relief = 0.02});
+    AddBark(recipe, {.material = kBough, .name = "bough", .paint = boughBark});
+    AddBark(recipe,
+            {.material = kTwig, .name = "twig", .paint = twigBark, .roughness = 0, .gloss = {0.04f, 0.04f, 0.04f}});
+    AddLeaves(
+        recipe, {.shape = kLeaf, .spot = {0.45f, 0.27f, 0.10f}, .translucency = 0.5},
+        {
+            {kLeafSpring, "leaf in spring", {0.50f, 0.66f, 0.20f}, {0.58f, 0.72f, 0.28f}, {0.74f, 0.82f, 0.48f}, 21},
+            {kLeafSummer, "leaf in summer", {0.27f, 0.43f, 0.11f}, {0.34f, 0.50f, 0.16f}, {0.56f, 0.66f, 0.32f}, 22},
+            {kLeafAutumn, "turning leaf", {0.62f, 0.62f, 0.16f}, {0.90f, 0.70f, 0.14f}, {0.80f, 0.76f, 0.36f}, 23, 0.1},
+            {kLeafGold, "golden leaf", {0.92f, 0.72f, 0.12f}, {0.88f, 0.58f, 0.10f}, {0.95f, 0.84f, 0.44f}, 24, 0.16},
+        });
+    AddBark(recipe, {.material = kCatkin, .name = "catkin", .paint = catkinBark, .roughness = 0.5f});
+    return recipe;
 }
 
 } // namespace grower

@@ -1,6 +1,5 @@
 // Lavender: a low evergreen mound of many thin shoots with narrow grey-green leaves, and violet spikes above it.
-#include "grower/bark.h"
-#include "grower/organs.h"
+#include "grower/looks.h"
 #include "species/species.h"
 
 namespace grower {
@@ -25,40 +24,46 @@ const LeafShape kPetalShape{
     .veins = 3,
 };
 
-Image leaf(const vdt::Color3f& blade, const vdt::Color3f& margin, const vdt::Color3f& vein, uint32_t seed)
+Bark calyx(const vdt::Color3f& ridge, const vdt::Color3f& crack, const vdt::Color3f& moss, uint32_t seed)
 {
-    return PaintLeaf(kLeaf, {.blade = blade, .margin = margin, .vein = vein, .seed = seed}, 128);
+    return PaintRidgedBark(
+        {.ridge = ridge, .crack = crack, .moss = moss, .ridges = 9, .plates = 3, .mossShare = 0.35, .seed = seed}, 128);
 }
 
-Image calyx(const vdt::Color3f& ridge, const vdt::Color3f& crack, const vdt::Color3f& moss, uint32_t seed)
+Bark woodBark()
 {
-    return PaintRidgedBark({.ridge = ridge,
-                            .crack = crack,
-                            .moss = moss,
-                            .ridges = 9,
-                            .plates = 3,
-                            .mossShare = 0.35,
-                            .seed = seed},
-                           128)
-        .color;
+    return PaintRidgedBark({.ridge = {0.52f, 0.46f, 0.39f},
+                            .crack = {0.28f, 0.23f, 0.19f},
+                            .moss = {0.50f, 0.50f, 0.40f},
+                            .ridges = 10,
+                            .plates = 2,
+                            .mossShare = 0.1,
+                            .seed = 71},
+                           256);
 }
 
-void spray(vdt::Mesh& mesh, int32_t material, int leaves, double length, uint64_t seed)
+Bark shootBark()
 {
-    AddSpray(mesh,
-             {.leaves = leaves,
-              .length = 2.0,
-              .firstAt = -0.95,
-              .lastAt = 0.05,
-              .angle = {50, 12},
-              .angleAtTip = 24,
-              .turn = {132, 25},
-              .flat = 0.1,
-              .scale = {1, 0.2},
-              .scaleAtTip = 0.85,
-              .seed = seed},
-             kLeaf, {.length = length, .fold = -14, .droop = -0.05, .material = material});
+    return PaintSmoothBark({.skin = {0.50f, 0.56f, 0.38f},
+                            .shade = {0.42f, 0.48f, 0.32f},
+                            .pore = {0.60f, 0.64f, 0.52f},
+                            .poreShare = 0.04,
+                            .seed = 72},
+                           64);
 }
+
+const SprayLook kSprayLook{.spray = {.length = 2.0,
+                                     .firstAt = -0.95,
+                                     .lastAt = 0.05,
+                                     .angle = {50, 12},
+                                     .angleAtTip = 24,
+                                     .turn = {132, 25},
+                                     .flat = 0.1,
+                                     .scale = {1, 0.2},
+                                     .scaleAtTip = 0.85,
+                                     .seed = 3},
+                           .leaf = kLeaf,
+                           .body = {.fold = -14, .droop = -0.05}};
 
 // A bare stalk with whorls of small flowers, one apart below the others.
 void spike(vdt::Mesh& mesh, double stalk, int whorls, int32_t body, bool inFlower, uint64_t seed)
@@ -96,16 +101,13 @@ void spike(vdt::Mesh& mesh, double stalk, int whorls, int32_t body, bool inFlowe
 
 std::vector<OrganRecipe> organs()
 {
-    std::vector<OrganRecipe> list;
-    const auto addLeaves = [&](const char* season, Material material, double length) {
-        list.push_back({kSpray, season, "spray", [=](vdt::Mesh& mesh) { spray(mesh, material, 5, length, 3); }});
-        list.push_back(
-            {kThickSpray, season, "thick spray", [=](vdt::Mesh& mesh) { spray(mesh, material, 7, length * 0.85, 4); }});
+    const std::vector<SprayOrgan> sprays{
+        {kSpray, "spring", "spray", kLeafSpring, 5, 3.4}, {kThickSpray, "spring", "thick spray", kLeafSpring, 7, 2.9},
+        {kSpray, "summer", "spray", kLeafSummer, 5, 4.2}, {kThickSpray, "summer", "thick spray", kLeafSummer, 7, 3.6},
+        {kSpray, "autumn", "spray", kLeafSummer, 5, 4.0}, {kThickSpray, "autumn", "thick spray", kLeafSummer, 7, 3.4},
+        {kSpray, "winter", "spray", kLeafWinter, 5, 3.6}, {kThickSpray, "winter", "thick spray", kLeafWinter, 7, 3.1},
     };
-    addLeaves("spring", kLeafSpring, 3.4);
-    addLeaves("summer", kLeafSummer, 4.2);
-    addLeaves("autumn", kLeafSummer, 4.0);
-    addLeaves("winter", kLeafWinter, 3.6);
+    std::vector<OrganRecipe> list = SprayOrgans(kSprayLook, sprays);
     list.push_back({kSpike, "summer", "spike", [](vdt::Mesh& mesh) { spike(mesh, 19, 7, kCalyx, true, 5); }});
     list.push_back(
         {kOtherSpike, "summer", "shorter spike", [](vdt::Mesh& mesh) { spike(mesh, 15, 6, kCalyx, true, 6); }});
@@ -125,7 +127,7 @@ AgeRecipe adult()
         .tipRadius = 0.07,
         .flare = 0.3,
         .flareHeight = 1.5,
-        .trunkLength = 0.10,
+        .trunkLength = 0.1,
         .crown = {{0, 0.5}, {0.12, 0.82}, {0.35, 1.0}, {0.6, 0.92}, {0.8, 0.68}, {0.93, 0.40}, {1.0, 0.15}},
         .trunk = {.segment = 0.5, .wander = 6, .material = kWood},
         .stems =
@@ -154,7 +156,7 @@ AgeRecipe adult()
                  .segment = 2.0,
                  .wander = 5,
                  .pull = 0.14,
-                 .pullAtTip = 0.10,
+                 .pullAtTip = 0.1,
                  .shortest = 3,
                  .material = kShoot},
             },
@@ -220,25 +222,11 @@ AgeRecipe young()
     return age;
 }
 
-MaterialRecipe leafMaterial(Material id, const char* name, const std::string& picture)
-{
-    return {.id = id,
-            .name = name,
-            .front = {.texture = picture + ".png",
-                      .diffuseRoughness = 0.4f,
-                      .specular = {0.02f, 0.02f, 0.02f},
-                      .specularRoughness = 0.6f},
-            .back = SideRecipe{.texture = picture + "_back.png", .diffuseRoughness = 0.5f},
-            .cutOut = true,
-            .translucency = 0.3,
-            .depth = 0.05};
-}
-
 } // namespace
 
 SpeciesRecipe LavandulaAngustifolia()
 {
-    return {
+    SpeciesRecipe recipe{
         .name = "Lavandula angustifolia",
         .labels = {{"en", "English lavender"},
                    {"de", "Echter Lavendel"},
@@ -261,110 +249,48 @@ SpeciesRecipe LavandulaAngustifolia()
                     "\u5e38\u7dd1\u4f4e\u6728\u3002\u590f\u306b\u9999\u308a\u306e\u3088\u3044\u7d2b\u306e\u82b1\u7a42"
                     "\u3092\u3064\u3051\u308b\u3002"}},
         .wood = {{"", {0.45f, 0.39f, 0.33f, 1}}},
-        .foliage = {{"", {0.48f, 0.54f, 0.42f, 1}},
-                    {"spring", {0.52f, 0.60f, 0.42f, 1}},
-                    {"summer", {0.46f, 0.36f, 0.66f, 1}},
-                    {"autumn", {0.48f, 0.53f, 0.42f, 1}},
-                    {"winter", {0.47f, 0.50f, 0.43f, 1}}},
-        .textures =
-            {
-                {"wood.png",
-                 [] {
-                     return PaintRidgedBark({.ridge = {0.52f, 0.46f, 0.39f},
-                                             .crack = {0.28f, 0.23f, 0.19f},
-                                             .moss = {0.50f, 0.50f, 0.40f},
-                                             .ridges = 10,
-                                             .plates = 2,
-                                             .mossShare = 0.1,
-                                             .seed = 71},
-                                            256)
-                         .color;
-                 }},
-                {"shoot.png",
-                 [] {
-                     return PaintSmoothBark({.skin = {0.50f, 0.56f, 0.38f},
-                                             .shade = {0.42f, 0.48f, 0.32f},
-                                             .pore = {0.60f, 0.64f, 0.52f},
-                                             .poreShare = 0.04,
-                                             .seed = 72},
-                                            64)
-                         .color;
-                 }},
-                {"leaf_spring.png",
-                 [] {
-                     return leaf({0.48f, 0.59f, 0.36f}, {0.56f, 0.65f, 0.46f}, {0.62f, 0.70f, 0.52f}, 73);
-                 }},
-                {"leaf_spring_back.png",
-                 [] {
-                     return leaf({0.62f, 0.68f, 0.55f}, {0.58f, 0.64f, 0.50f}, {0.72f, 0.76f, 0.66f}, 73);
-                 }},
-                {"leaf_summer.png",
-                 [] {
-                     return leaf({0.41f, 0.49f, 0.35f}, {0.50f, 0.57f, 0.45f}, {0.57f, 0.63f, 0.52f}, 74);
-                 }},
-                {"leaf_summer_back.png",
-                 [] {
-                     return leaf({0.60f, 0.64f, 0.56f}, {0.56f, 0.60f, 0.52f}, {0.70f, 0.73f, 0.66f}, 74);
-                 }},
-                {"leaf_winter.png",
-                 [] {
-                     return leaf({0.42f, 0.46f, 0.37f}, {0.50f, 0.51f, 0.44f}, {0.56f, 0.58f, 0.50f}, 75);
-                 }},
-                {"leaf_winter_back.png",
-                 [] {
-                     return leaf({0.58f, 0.60f, 0.54f}, {0.54f, 0.55f, 0.49f}, {0.66f, 0.68f, 0.62f}, 75);
-                 }},
-                {"calyx.png",
-                 [] {
-                     return calyx({0.48f, 0.39f, 0.68f}, {0.32f, 0.24f, 0.50f}, {0.50f, 0.50f, 0.56f}, 76);
-                 }},
-                {"withered.png",
-                 [] {
-                     return calyx({0.54f, 0.48f, 0.42f}, {0.34f, 0.29f, 0.26f}, {0.50f, 0.46f, 0.50f}, 77);
-                 }},
-                {"petal.png",
-                 [] {
-                     return PaintLeaf(kPetalShape,
-                                      {.blade = {0.56f, 0.43f, 0.86f},
-                                       .margin = {0.66f, 0.54f, 0.92f},
-                                       .vein = {0.40f, 0.26f, 0.68f},
-                                       .seed = 78},
-                                      64);
-                 }},
-                {"petal_back.png",
-                 [] {
-                     return PaintLeaf(kPetalShape,
-                                      {.blade = {0.46f, 0.34f, 0.70f},
-                                       .margin = {0.54f, 0.42f, 0.78f},
-                                       .vein = {0.40f, 0.28f, 0.62f},
-                                       .seed = 78},
-                                      64);
-                 }},
-            },
-        .materials =
-            {
-                {.id = kWood, .name = "wood", .front = {.texture = "wood.png", .diffuseRoughness = 0.5f}},
-                {.id = kShoot, .name = "shoot", .front = {.texture = "shoot.png", .diffuseRoughness = 0.4f}},
-                leafMaterial(kLeafSpring, "leaf in spring", "leaf_spring"),
-                leafMaterial(kLeafSummer, "leaf", "leaf_summer"),
-                leafMaterial(kLeafWinter, "leaf in winter", "leaf_winter"),
-                {.id = kCalyx, .name = "calyx", .front = {.texture = "calyx.png", .diffuseRoughness = 0.5f}},
-                {.id = kPetal,
-                 .name = "petal",
-                 .front = {.texture = "petal.png"},
-                 .back = SideRecipe{.texture = "petal_back.png"},
-                 .cutOut = true,
-                 .translucency = 0.6,
-                 .depth = 0.02},
-                {.id = kWithered,
-                 .name = "withered calyx",
-                 .front = {.texture = "withered.png", .diffuseRoughness = 0.5f}},
-            },
+        .foliage =
+            FoliageColors({0.52f, 0.60f, 0.42f}, {0.46f, 0.36f, 0.66f}, {0.48f, 0.53f, 0.42f}, {0.47f, 0.50f, 0.43f}),
         .organs = organs(),
         .ages = {young(), medium(), adult()},
         .proxyBark = kWood,
         .proxyFoliage = kLeafSummer,
     };
+    AddBark(recipe, {.material = kWood, .name = "wood", .paint = woodBark, .roughness = 0.5f});
+    AddBark(recipe, {.material = kShoot, .name = "shoot", .paint = shootBark, .roughness = 0.4f});
+    AddLeaves(
+        recipe,
+        {.shape = kLeaf,
+         .pale = 0.65,
+         .roughness = 0.4f,
+         .gloss = 0.02f,
+         .translucency = 0.3,
+         .depth = 0.05,
+         .size = 128},
+        {
+            {kLeafSpring, "leaf in spring", {0.48f, 0.59f, 0.36f}, {0.56f, 0.65f, 0.46f}, {0.62f, 0.70f, 0.52f}, 73},
+            {kLeafSummer, "leaf", {0.41f, 0.49f, 0.35f}, {0.50f, 0.57f, 0.45f}, {0.57f, 0.63f, 0.52f}, 74},
+            {kLeafWinter, "leaf in winter", {0.42f, 0.46f, 0.37f}, {0.50f, 0.51f, 0.44f}, {0.56f, 0.58f, 0.50f}, 75},
+        });
+    AddLeaves(recipe, {.shape = kPetalShape, .gloss = 0, .translucency = 0.6, .depth = 0.02, .size = 64},
+              {
+                  {kPetal, "petal", {0.56f, 0.43f, 0.86f}, {0.66f, 0.54f, 0.92f}, {0.40f, 0.26f, 0.68f}, 78},
+              });
+    AddBark(recipe, {.material = kCalyx,
+                     .name = "calyx",
+                     .paint =
+                         [] {
+                             return calyx({0.48f, 0.39f, 0.68f}, {0.32f, 0.24f, 0.50f}, {0.50f, 0.50f, 0.56f}, 76);
+                         },
+                     .roughness = 0.5f});
+    AddBark(recipe, {.material = kWithered,
+                     .name = "withered calyx",
+                     .paint =
+                         [] {
+                             return calyx({0.54f, 0.48f, 0.42f}, {0.34f, 0.29f, 0.26f}, {0.50f, 0.46f, 0.50f}, 77);
+                         },
+                     .roughness = 0.5f});
+    return recipe;
 }
 
 } // namespace grower

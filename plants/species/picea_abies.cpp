@@ -1,6 +1,5 @@
 // Norway spruce: a straight trunk to the very top, a narrow cone of tiers that sag and rise again, dark needles.
-#include "grower/bark.h"
-#include "grower/organs.h"
+#include "grower/looks.h"
 #include "species/species.h"
 
 namespace grower {
@@ -19,13 +18,6 @@ const LeafShape kNeedleTwig{
     .veins = 0,
 };
 
-Image needles(const vdt::Color3f& blade, const vdt::Color3f& margin, uint32_t seed)
-{
-    return PaintLeaf(
-        kNeedleTwig,
-        {.blade = blade, .margin = margin, .vein = {0.42f, 0.29f, 0.18f}, .veinStrength = 0.9, .seed = seed}, 256);
-}
-
 Bark trunkBark()
 {
     return PaintRidgedBark({.ridge = {0.47f, 0.36f, 0.29f},
@@ -38,34 +30,41 @@ Bark trunkBark()
                            512);
 }
 
-Image twigBark()
+Bark twigBark()
 {
     return PaintSmoothBark({.skin = {0.50f, 0.34f, 0.21f},
                             .shade = {0.36f, 0.24f, 0.15f},
                             .pore = {0.30f, 0.20f, 0.13f},
                             .poreShare = 0.2,
                             .seed = 82},
-                           128)
-        .color;
+                           128);
+}
+
+Bark coneBark()
+{
+    return PaintRidgedBark({.ridge = {0.58f, 0.40f, 0.24f},
+                            .crack = {0.28f, 0.17f, 0.10f},
+                            .moss = {0.50f, 0.42f, 0.24f},
+                            .ridges = 10,
+                            .plates = 9,
+                            .mossShare = 0.2,
+                            .seed = 86},
+                           128);
 }
 
 // Needle twigs to both sides and one along, a little hanging.
-void spray(vdt::Mesh& mesh, int32_t material, int twigs, double length, uint64_t seed)
-{
-    AddSpray(mesh,
-             {.leaves = twigs,
-              .length = 11,
-              .firstAt = -1,
-              .lastAt = -0.1,
-              .angle = {52, 8},
-              .angleAtTip = 8,
-              .turn = {178, 16},
-              .flat = 0.9,
-              .scale = {1, 0.15},
-              .scaleAtTip = 1.1,
-              .seed = seed},
-             kNeedleTwig, {.length = length, .fold = -24, .droop = 0.12, .material = material});
-}
+const SprayLook kSprayLook{.spray = {.length = 11,
+                                     .firstAt = -1,
+                                     .lastAt = -0.1,
+                                     .angle = {52, 8},
+                                     .angleAtTip = 8,
+                                     .turn = {178, 16},
+                                     .flat = 0.9,
+                                     .scale = {1, 0.15},
+                                     .scaleAtTip = 1.1,
+                                     .seed = 1},
+                           .leaf = kNeedleTwig,
+                           .body = {.fold = -24, .droop = 0.12}};
 
 void cones(vdt::Mesh& mesh)
 {
@@ -79,18 +78,21 @@ void cones(vdt::Mesh& mesh)
 
 std::vector<OrganRecipe> organs()
 {
-    std::vector<OrganRecipe> list;
-    const auto add = [&](const char* season, Material needleMaterial, Material tipMaterial, int fewer) {
-        list.push_back(
-            {kSpray, season, "spray", [=](vdt::Mesh& mesh) { spray(mesh, needleMaterial, 5 - fewer, 13, 1); }});
-        list.push_back({kOtherSpray, season, "other spray",
-                        [=](vdt::Mesh& mesh) { spray(mesh, needleMaterial, 4 - fewer, 14, 2); }});
-        list.push_back({kTipSpray, season, "tip", [=](vdt::Mesh& mesh) { spray(mesh, tipMaterial, 3, 12, 3); }});
+    const std::vector<SprayOrgan> sprays{
+        {kSpray, "spring", "spray", kNeedles, 4, 13},
+        {kOtherSpray, "spring", "other spray", kNeedles, 3, 14},
+        {kTipSpray, "spring", "fresh tip", kFreshNeedles, 3, 12},
+        {kSpray, "summer", "spray", kNeedles, 5, 13},
+        {kOtherSpray, "summer", "other spray", kNeedles, 4, 14},
+        {kTipSpray, "summer", "tip", kNeedles, 3, 12},
+        {kSpray, "autumn", "spray", kNeedles, 4, 13},
+        {kOtherSpray, "autumn", "other spray", kNeedles, 3, 14},
+        {kTipSpray, "autumn", "tip", kNeedles, 3, 12},
+        {kSpray, "winter", "spray", kWinterNeedles, 3, 13},
+        {kOtherSpray, "winter", "other spray", kWinterNeedles, 2, 14},
+        {kTipSpray, "winter", "tip", kWinterNeedles, 3, 12},
     };
-    add("spring", kNeedles, kFreshNeedles, 1);
-    add("summer", kNeedles, kNeedles, 0);
-    add("autumn", kNeedles, kNeedles, 1);
-    add("winter", kWinterNeedles, kWinterNeedles, 2);
+    std::vector<OrganRecipe> list = SprayOrgans(kSprayLook, sprays);
     for (const char* season : {"summer", "autumn"}) list.push_back({kCones, season, "cone", cones});
     return list;
 }
@@ -119,7 +121,7 @@ AgeRecipe adult()
                  .segment = 24,
                  .wander = 3,
                  .pull = -0.02,
-                 .pullAtTip = 0.10,
+                 .pullAtTip = 0.1,
                  .shortest = 8,
                  .material = kTwig},
                 {.spacing = 12.5,
@@ -210,22 +212,11 @@ AgeRecipe young()
     return age;
 }
 
-MaterialRecipe needleMaterial(Material id, const char* name, const std::string& picture)
-{
-    return {.id = id,
-            .name = name,
-            .front = {.texture = picture + ".png", .specular = {0.06f, 0.06f, 0.06f}, .specularRoughness = 0.4f},
-            .back = SideRecipe{.texture = picture + "_back.png", .specularRoughness = 0.6f},
-            .cutOut = true,
-            .translucency = 0.15,
-            .depth = 0.1};
-}
-
 } // namespace
 
 SpeciesRecipe PiceaAbies()
 {
-    return {
+    SpeciesRecipe recipe{
         .name = "Picea abies",
         .labels = {{"en", "Norway spruce"},
                    {"de", "Gemeine Fichte"},
@@ -247,69 +238,29 @@ SpeciesRecipe PiceaAbies()
                           "\u5c16\u3063\u305f\u6a39\u51a0\u3068\u6fc3\u3044\u7dd1\u306e\u8449\u3001\u5782\u308c\u4e0b"
                           "\u304c\u308b\u7403\u679c\u3092\u6301\u3064\u5e38\u7dd1\u91dd\u8449\u6a39\u3002"}},
         .wood = {{"", {0.44f, 0.34f, 0.27f, 1}}},
-        .foliage = {{"", {0.13f, 0.25f, 0.13f, 1}},
-                    {"spring", {0.20f, 0.34f, 0.15f, 1}},
-                    {"summer", {0.13f, 0.25f, 0.13f, 1}},
-                    {"autumn", {0.13f, 0.25f, 0.13f, 1}},
-                    {"winter", {0.13f, 0.22f, 0.14f, 1}}},
-        .textures =
-            {
-                {"trunk.png", [] { return trunkBark().color; }},
-                {"trunk_normal.png", [] { return NormalsOfHeights(trunkBark().height, 0.02); }},
-                {"twig.png", twigBark},
-                {"needles.png",
-                 [] {
-                     return needles({0.11f, 0.23f, 0.10f}, {0.17f, 0.32f, 0.15f}, 83);
-                 }},
-                {"needles_back.png",
-                 [] {
-                     return needles({0.20f, 0.31f, 0.20f}, {0.26f, 0.38f, 0.26f}, 83);
-                 }},
-                {"needles_fresh.png",
-                 [] {
-                     return needles({0.36f, 0.54f, 0.18f}, {0.46f, 0.64f, 0.26f}, 84);
-                 }},
-                {"needles_fresh_back.png",
-                 [] {
-                     return needles({0.42f, 0.58f, 0.28f}, {0.50f, 0.66f, 0.36f}, 84);
-                 }},
-                {"needles_winter.png",
-                 [] {
-                     return needles({0.11f, 0.20f, 0.11f}, {0.17f, 0.28f, 0.17f}, 85);
-                 }},
-                {"needles_winter_back.png",
-                 [] {
-                     return needles({0.20f, 0.29f, 0.21f}, {0.26f, 0.35f, 0.27f}, 85);
-                 }},
-                {"cone.png",
-                 [] {
-                     return PaintRidgedBark({.ridge = {0.58f, 0.40f, 0.24f},
-                                             .crack = {0.28f, 0.17f, 0.10f},
-                                             .moss = {0.50f, 0.42f, 0.24f},
-                                             .ridges = 10,
-                                             .plates = 9,
-                                             .mossShare = 0.2,
-                                             .seed = 86},
-                                            128)
-                         .color;
-                 }},
-            },
-        .materials =
-            {
-                {.id = kTrunk,
-                 .name = "trunk",
-                 .front = {.texture = "trunk.png", .normal = "trunk_normal.png", .diffuseRoughness = 0.4f}},
-                {.id = kTwig, .name = "twig", .front = {.texture = "twig.png", .diffuseRoughness = 0.3f}},
-                needleMaterial(kNeedles, "needles", "needles"),
-                needleMaterial(kFreshNeedles, "fresh needles", "needles_fresh"),
-                needleMaterial(kWinterNeedles, "needles in winter", "needles_winter"),
-                {.id = kCone, .name = "cone", .front = {.texture = "cone.png", .diffuseRoughness = 0.4f}},
-            },
+        .foliage =
+            FoliageColors({0.20f, 0.34f, 0.15f}, {0.13f, 0.25f, 0.13f}, {0.13f, 0.25f, 0.13f}, {0.13f, 0.22f, 0.14f}),
         .organs = organs(),
         .ages = {young(), medium(), adult()},
         .proxyBark = kTrunk,
         .proxyFoliage = kNeedles,
     };
+    AddBark(recipe, {.material = kTrunk, .name = "trunk", .paint = trunkBark, .relief = 0.02, .roughness = 0.4f});
+    AddBark(recipe, {.material = kTwig, .name = "twig", .paint = twigBark});
+    AddLeaves(
+        recipe, {.shape = kNeedleTwig, .veinStrength = 0.9, .pale = 0.16, .translucency = 0.15, .depth = 0.1},
+        {
+            {kNeedles, "needles", {0.11f, 0.23f, 0.10f}, {0.17f, 0.32f, 0.15f}, {0.42f, 0.29f, 0.18f}, 83},
+            {kFreshNeedles, "fresh needles", {0.36f, 0.54f, 0.18f}, {0.46f, 0.64f, 0.26f}, {0.42f, 0.29f, 0.18f}, 84},
+            {kWinterNeedles,
+             "needles in winter",
+             {0.11f, 0.20f, 0.11f},
+             {0.17f, 0.28f, 0.17f},
+             {0.42f, 0.29f, 0.18f},
+             85},
+        });
+    AddBark(recipe, {.material = kCone, .name = "cone", .paint = coneBark, .roughness = 0.4f});
+    return recipe;
 }
 
 } // namespace grower

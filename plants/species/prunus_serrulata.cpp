@@ -1,7 +1,6 @@
 // Japanese cherry: a vase of rising boughs that disappears in pink blossom before the leaves are out.
-#include "grower/bark.h"
+#include "grower/looks.h"
 #include "grower/noise.h"
-#include "grower/organs.h"
 #include "species/species.h"
 
 namespace grower {
@@ -14,23 +13,10 @@ const LeafShape kLeaf{
     .halfWidth = {{0, 0.06}, {0.12, 0.17}, {0.35, 0.26}, {0.55, 0.26}, {0.75, 0.17}, {0.9, 0.06}, {1, 0}},
     .stalk = 0.24,
     .teeth = 20,
-    .toothDepth = 0.10,
+    .toothDepth = 0.1,
     .slant = 0.6,
     .veins = 8,
 };
-
-Image leaf(const vdt::Color3f& blade, const vdt::Color3f& margin, const vdt::Color3f& vein, uint32_t seed,
-           double spotShare = 0)
-{
-    return PaintLeaf(kLeaf,
-                     {.blade = blade,
-                      .margin = margin,
-                      .vein = vein,
-                      .spot = {0.40f, 0.16f, 0.08f},
-                      .spotShare = spotShare,
-                      .seed = seed},
-                     256);
-}
 
 // A double flower seen from above: two rings of notched petals, darker towards the heart and at their edges.
 Image blossom(double lightness)
@@ -73,6 +59,16 @@ Bark trunkBark(uint32_t seed, uint32_t size)
                           size);
 }
 
+Bark budSkin()
+{
+    return PaintSmoothBark({.skin = {0.48f, 0.28f, 0.20f},
+                            .shade = {0.36f, 0.20f, 0.15f},
+                            .pore = {0.60f, 0.40f, 0.30f},
+                            .poreShare = 0.1,
+                            .seed = 97},
+                           64);
+}
+
 // Flowers that hang in a bunch on long stalks, looking every way.
 void cluster(vdt::Mesh& mesh, int flowers, double size, uint64_t seed)
 {
@@ -88,38 +84,31 @@ void cluster(vdt::Mesh& mesh, int flowers, double size, uint64_t seed)
     }
 }
 
-void spray(vdt::Mesh& mesh, int32_t material, int leaves, double length, uint64_t seed)
-{
-    AddSpray(mesh,
-             {.leaves = leaves,
-              .length = 12,
-              .firstAt = -0.9,
-              .lastAt = 0.05,
-              .angle = {66, 12},
-              .angleAtTip = 36,
-              .turn = {145, 25},
-              .flat = 0.6,
-              .scale = {1, 0.16},
-              .scaleAtTip = 0.85,
-              .seed = seed},
-             kLeaf, {.length = length, .fold = 18, .droop = 0.22, .material = material});
-}
+const SprayLook kSprayLook{.spray = {.length = 12,
+                                     .firstAt = -0.9,
+                                     .lastAt = 0.05,
+                                     .angle = {66, 12},
+                                     .angleAtTip = 36,
+                                     .turn = {145, 25},
+                                     .flat = 0.6,
+                                     .scale = {1, 0.16},
+                                     .scaleAtTip = 0.85,
+                                     .seed = 3},
+                           .leaf = kLeaf,
+                           .body = {.fold = 18, .droop = 0.22}};
 
 std::vector<OrganRecipe> organs()
 {
-    std::vector<OrganRecipe> list;
+    const std::vector<SprayOrgan> sprays{
+        {kSpray, "spring", "first leaves", kLeafSpring, 2, 5.0},
+        {kSpray, "summer", "spray", kLeafSummer, 6, 11.5},
+        {kOtherSpray, "summer", "other spray", kLeafSummer, 5, 12.5},
+        {kSpray, "autumn", "turning spray", kLeafAutumn, 5, 11.0},
+        {kOtherSpray, "autumn", "red spray", kLeafRed, 4, 12.0},
+    };
+    std::vector<OrganRecipe> list = SprayOrgans(kSprayLook, sprays);
     list.push_back({kCluster, "spring", "blossom", [](vdt::Mesh& mesh) { cluster(mesh, 7, 5.2, 1); }});
     list.push_back({kLooseCluster, "spring", "loose blossom", [](vdt::Mesh& mesh) { cluster(mesh, 5, 4.8, 2); }});
-    const auto add = [&](Group group, const char* season, const char* name, Material material, int leaves,
-                         double length) {
-        const auto seed = static_cast<uint64_t>(group) + 3;
-        list.push_back({group, season, name, [=](vdt::Mesh& mesh) { spray(mesh, material, leaves, length, seed); }});
-    };
-    add(kSpray, "spring", "first leaves", kLeafSpring, 2, 5.0);
-    add(kSpray, "summer", "spray", kLeafSummer, 6, 11.5);
-    add(kOtherSpray, "summer", "other spray", kLeafSummer, 5, 12.5);
-    add(kSpray, "autumn", "turning spray", kLeafAutumn, 5, 11.0);
-    add(kOtherSpray, "autumn", "red spray", kLeafRed, 4, 12.0);
     list.push_back({kBuds, "winter", "buds", [](vdt::Mesh& mesh) {
                         AddTurned(mesh, {.outline = {{0, 0.12}, {0.5, 0.3}, {1.3, 0.02}}, .sides = 4, .material = kBud},
                                   vdt::Matrix::Identity());
@@ -229,22 +218,11 @@ AgeRecipe young()
     return age;
 }
 
-MaterialRecipe leafMaterial(Material id, const char* name, const std::string& picture)
-{
-    return {.id = id,
-            .name = name,
-            .front = {.texture = picture + ".png", .specular = {0.08f, 0.08f, 0.08f}, .specularRoughness = 0.35f},
-            .back = SideRecipe{.texture = picture + "_back.png", .specularRoughness = 0.6f},
-            .cutOut = true,
-            .translucency = 0.45,
-            .depth = 0.03};
-}
-
 } // namespace
 
 SpeciesRecipe PrunusSerrulata()
 {
-    return {
+    SpeciesRecipe recipe{
         .name = "Prunus serrulata",
         .labels = {{"en", "Japanese cherry"},
                    {"de", "Japanische Bl\u00fctenkirsche"},
@@ -266,89 +244,40 @@ SpeciesRecipe PrunusSerrulata()
                          {"ja", "\u6625\u306b\u516b\u91cd\u306e\u6de1\u7d05\u8272\u306e\u82b1\u3092\u54b2\u304b\u305b"
                                 "\u3001\u79cb\u306b\u306f\u8d64\u304f\u7d05\u8449\u3059\u308b\u82b1\u6728\u3002"}},
         .wood = {{"", {0.38f, 0.29f, 0.26f, 1}}},
-        .foliage = {{"", {0.25f, 0.38f, 0.14f, 1}},
-                    {"spring", {0.95f, 0.72f, 0.80f, 1}},
-                    {"summer", {0.25f, 0.38f, 0.14f, 1}},
-                    {"autumn", {0.78f, 0.36f, 0.14f, 1}},
-                    {"winter", {0.38f, 0.27f, 0.22f, 1}}},
-        .textures =
-            {
-                {"trunk.png", [] { return trunkBark(91, 512).color; }},
-                {"trunk_normal.png", [] { return NormalsOfHeights(trunkBark(91, 512).height, 0.015); }},
-                {"twig.png", [] { return trunkBark(92, 128).color; }},
-                {"blossom.png", [] { return blossom(1); }},
-                {"blossom_back.png", [] { return blossom(0.9); }},
-                {"leaf_spring.png",
-                 [] {
-                     return leaf({0.50f, 0.44f, 0.18f}, {0.54f, 0.36f, 0.18f}, {0.70f, 0.58f, 0.36f}, 93);
-                 }},
-                {"leaf_spring_back.png",
-                 [] {
-                     return leaf({0.56f, 0.50f, 0.28f}, {0.58f, 0.44f, 0.26f}, {0.72f, 0.62f, 0.42f}, 93);
-                 }},
-                {"leaf_summer.png",
-                 [] {
-                     return leaf({0.20f, 0.35f, 0.10f}, {0.26f, 0.42f, 0.14f}, {0.50f, 0.60f, 0.30f}, 94);
-                 }},
-                {"leaf_summer_back.png",
-                 [] {
-                     return leaf({0.36f, 0.48f, 0.26f}, {0.40f, 0.52f, 0.30f}, {0.56f, 0.66f, 0.42f}, 94);
-                 }},
-                {"leaf_autumn.png",
-                 [] {
-                     return leaf({0.86f, 0.54f, 0.14f}, {0.84f, 0.34f, 0.10f}, {0.92f, 0.72f, 0.36f}, 95, 0.12);
-                 }},
-                {"leaf_autumn_back.png",
-                 [] {
-                     return leaf({0.84f, 0.60f, 0.32f}, {0.80f, 0.46f, 0.26f}, {0.90f, 0.74f, 0.46f}, 95, 0.12);
-                 }},
-                {"leaf_red.png",
-                 [] {
-                     return leaf({0.74f, 0.24f, 0.10f}, {0.60f, 0.12f, 0.09f}, {0.88f, 0.56f, 0.26f}, 96, 0.12);
-                 }},
-                {"leaf_red_back.png",
-                 [] {
-                     return leaf({0.74f, 0.38f, 0.26f}, {0.66f, 0.28f, 0.22f}, {0.84f, 0.60f, 0.38f}, 96, 0.12);
-                 }},
-                {"bud.png",
-                 [] {
-                     return PaintSmoothBark({.skin = {0.48f, 0.28f, 0.20f},
-                                             .shade = {0.36f, 0.20f, 0.15f},
-                                             .pore = {0.60f, 0.40f, 0.30f},
-                                             .poreShare = 0.1,
-                                             .seed = 97},
-                                            64)
-                         .color;
-                 }},
-            },
-        .materials =
-            {
-                {.id = kTrunk,
-                 .name = "trunk",
-                 .front = {.texture = "trunk.png",
-                           .normal = "trunk_normal.png",
-                           .diffuseRoughness = 0.2f,
-                           .specular = {0.05f, 0.05f, 0.05f}}},
-                {.id = kTwig, .name = "twig", .front = {.texture = "twig.png", .diffuseRoughness = 0.2f}},
-                {.id = kBlossom,
-                 .name = "blossom",
-                 .front = {.texture = "blossom.png"},
-                 .back = SideRecipe{.texture = "blossom_back.png"},
-                 .cutOut = true,
-                 .translucency = 0.6,
-                 .depth = 0.02},
-                leafMaterial(kLeafSpring, "leaf in spring", "leaf_spring"),
-                leafMaterial(kLeafSummer, "leaf in summer", "leaf_summer"),
-                leafMaterial(kLeafAutumn, "turning leaf", "leaf_autumn"),
-                leafMaterial(kLeafRed, "red leaf", "leaf_red"),
-                {.id = kBud, .name = "bud", .front = {.texture = "bud.png", .diffuseRoughness = 0.3f}},
-            },
+        .foliage =
+            FoliageColors({0.95f, 0.72f, 0.80f}, {0.25f, 0.38f, 0.14f}, {0.78f, 0.36f, 0.14f}, {0.38f, 0.27f, 0.22f}),
         .organs = organs(),
         .ages = {young(), medium(), adult()},
         .proxyBark = kTrunk,
         .proxyFoliage = kLeafSummer,
         .storeProxy = true,
     };
+    AddBark(recipe, {.material = kTrunk,
+                     .name = "trunk",
+                     .paint = [] { return trunkBark(91, 512); },
+                     .relief = 0.015,
+                     .roughness = 0.2f,
+                     .gloss = {0.05f, 0.05f, 0.05f}});
+    AddBark(recipe, {.material = kTwig, .name = "twig", .paint = [] { return trunkBark(92, 128); }, .roughness = 0.2f});
+    AddLeaves(
+        recipe, {.shape = kLeaf, .spot = {0.40f, 0.16f, 0.08f}, .gloss = 0.08f},
+        {
+            {kLeafSpring, "leaf in spring", {0.50f, 0.44f, 0.18f}, {0.54f, 0.36f, 0.18f}, {0.70f, 0.58f, 0.36f}, 93},
+            {kLeafSummer, "leaf in summer", {0.20f, 0.35f, 0.10f}, {0.26f, 0.42f, 0.14f}, {0.50f, 0.60f, 0.30f}, 94},
+            {kLeafAutumn, "turning leaf", {0.86f, 0.54f, 0.14f}, {0.84f, 0.34f, 0.10f}, {0.92f, 0.72f, 0.36f}, 95, 0.1},
+            {kLeafRed, "red leaf", {0.74f, 0.24f, 0.10f}, {0.60f, 0.12f, 0.09f}, {0.88f, 0.56f, 0.26f}, 96, 0.12},
+        });
+    AddBark(recipe, {.material = kBud, .name = "bud", .paint = budSkin});
+    recipe.textures.push_back({"blossom.png", [] { return blossom(1); }});
+    recipe.textures.push_back({"blossom_back.png", [] { return blossom(0.9); }});
+    recipe.materials.push_back({.id = kBlossom,
+                                .name = "blossom",
+                                .front = {.texture = "blossom.png"},
+                                .back = SideRecipe{.texture = "blossom_back.png"},
+                                .cutOut = true,
+                                .translucency = 0.6,
+                                .depth = 0.02});
+    return recipe;
 }
 
 } // namespace grower

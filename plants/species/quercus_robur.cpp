@@ -1,6 +1,5 @@
 // English oak: a short massive trunk, thick twisting limbs, a wide domed crown, leaves in tufts at the twigs' ends.
-#include "grower/bark.h"
-#include "grower/organs.h"
+#include "grower/looks.h"
 #include "species/species.h"
 
 namespace grower {
@@ -28,20 +27,6 @@ const LeafShape kLeaf{
     .veins = 4,
 };
 
-Image leaf(const vdt::Color3f& blade, const vdt::Color3f& margin, const vdt::Color3f& vein, uint32_t seed,
-           double spotShare = 0)
-{
-    return PaintLeaf(kLeaf,
-                     {.blade = blade,
-                      .margin = margin,
-                      .vein = vein,
-                      .veinStrength = 0.6,
-                      .spot = {0.38f, 0.22f, 0.09f},
-                      .spotShare = spotShare,
-                      .seed = seed},
-                     256);
-}
-
 Bark trunkBark()
 {
     return PaintRidgedBark({.ridge = {0.47f, 0.42f, 0.35f},
@@ -54,34 +39,51 @@ Bark trunkBark()
                            512);
 }
 
-Image twigBark()
+Bark twigBark()
 {
     return PaintSmoothBark({.skin = {0.42f, 0.36f, 0.29f},
                             .shade = {0.30f, 0.25f, 0.20f},
                             .pore = {0.56f, 0.50f, 0.42f},
                             .poreShare = 0.14,
                             .seed = 42},
-                           128)
-        .color;
+                           128);
+}
+
+Bark acornSkin()
+{
+    return PaintSmoothBark({.skin = {0.56f, 0.50f, 0.20f},
+                            .shade = {0.48f, 0.34f, 0.13f},
+                            .pore = {0.60f, 0.54f, 0.28f},
+                            .poreShare = 0,
+                            .seed = 61},
+                           64);
+}
+
+Bark cupSkin()
+{
+    return PaintRidgedBark({.ridge = {0.56f, 0.50f, 0.38f},
+                            .crack = {0.30f, 0.25f, 0.17f},
+                            .moss = {0.50f, 0.50f, 0.32f},
+                            .ridges = 10,
+                            .plates = 8,
+                            .mossShare = 0.3,
+                            .seed = 62},
+                           64);
 }
 
 // The leaves that crowd at the end of a twig, facing outwards all around.
-void tuft(vdt::Mesh& mesh, int32_t material, int leaves, double leafLength, uint64_t seed)
-{
-    AddSpray(mesh,
-             {.leaves = leaves,
-              .length = 7,
-              .firstAt = -0.7,
-              .lastAt = 0.1,
-              .angle = {78, 12},
-              .angleAtTip = 32,
-              .turn = {137.5, 18},
-              .flat = 0.45,
-              .scale = {1, 0.16},
-              .scaleAtTip = 0.9,
-              .seed = seed},
-             kLeaf, {.length = leafLength, .fold = 10, .droop = 0.16, .material = material});
-}
+const SprayLook kTuftLook{.spray = {.length = 7,
+                                    .firstAt = -0.7,
+                                    .lastAt = 0.1,
+                                    .angle = {78, 12},
+                                    .angleAtTip = 32,
+                                    .turn = {137.5, 18},
+                                    .flat = 0.45,
+                                    .scale = {1, 0.16},
+                                    .scaleAtTip = 0.9,
+                                    .seed = 8},
+                          .leaf = kLeaf,
+                          .body = {.fold = 10, .droop = 0.16}};
 
 void acorns(vdt::Mesh& mesh)
 {
@@ -101,22 +103,19 @@ void acorns(vdt::Mesh& mesh)
 
 std::vector<OrganRecipe> organs()
 {
-    std::vector<OrganRecipe> list;
-    const auto add = [&](Group group, const char* season, const char* name, Material material, int leaves,
-                         double length) {
-        const auto seed = static_cast<uint64_t>(group) + 8;
-        list.push_back({group, season, name, [=](vdt::Mesh& mesh) { tuft(mesh, material, leaves, length, seed); }});
+    const std::vector<SprayOrgan> sprays{
+        {kTuft, "spring", "fresh tuft", kLeafSpring, 6, 7.5},
+        {kOtherTuft, "spring", "other fresh tuft", kLeafSpring, 5, 6.8},
+        {kSpray, "spring", "fresh spray", kLeafSpring, 4, 6.5},
+        {kTuft, "summer", "tuft", kLeafSummer, 7, 12.8},
+        {kOtherTuft, "summer", "other tuft", kLeafSummer, 6, 11.8},
+        {kSpray, "summer", "spray", kLeafSummer, 5, 11},
+        {kTuft, "autumn", "russet tuft", kLeafRusset, 6, 12},
+        {kOtherTuft, "autumn", "turning tuft", kLeafAutumn, 6, 11.5},
+        {kSpray, "autumn", "thin russet spray", kLeafRusset, 3, 11},
+        {kDryLeaves, "winter", "dry leaves", kLeafDry, 4, 10},
     };
-    add(kTuft, "spring", "fresh tuft", kLeafSpring, 6, 7.5);
-    add(kOtherTuft, "spring", "other fresh tuft", kLeafSpring, 5, 6.8);
-    add(kSpray, "spring", "fresh spray", kLeafSpring, 4, 6.5);
-    add(kTuft, "summer", "tuft", kLeafSummer, 7, 12.8);
-    add(kOtherTuft, "summer", "other tuft", kLeafSummer, 6, 11.8);
-    add(kSpray, "summer", "spray", kLeafSummer, 5, 11);
-    add(kTuft, "autumn", "russet tuft", kLeafRusset, 6, 12);
-    add(kOtherTuft, "autumn", "turning tuft", kLeafAutumn, 6, 11.5);
-    add(kSpray, "autumn", "thin russet spray", kLeafRusset, 3, 11);
-    add(kDryLeaves, "winter", "dry leaves", kLeafDry, 4, 10);
+    std::vector<OrganRecipe> list = SprayOrgans(kTuftLook, sprays);
     list.push_back({kAcorns, "summer", "acorns", acorns});
     list.push_back({kAcorns, "autumn", "ripe acorns", acorns});
     return list;
@@ -261,24 +260,11 @@ AgeRecipe young()
     return age;
 }
 
-MaterialRecipe leafMaterial(Material id, const char* name, const std::string& picture)
-{
-    return {
-        .id = id,
-        .name = name,
-        .front = {.texture = picture + ".png", .specular = {0.08f, 0.08f, 0.08f}, .specularRoughness = 0.35f},
-        .back =
-            SideRecipe{.texture = picture + "_back.png", .specular = {0.02f, 0.02f, 0.02f}, .specularRoughness = 0.6f},
-        .cutOut = true,
-        .translucency = 0.4,
-        .depth = 0.04};
-}
-
 } // namespace
 
 SpeciesRecipe QuercusRobur()
 {
-    return {
+    SpeciesRecipe recipe{
         .name = "Quercus robur",
         .labels = {{"en", "English oak"},
                    {"de", "Stieleiche"},
@@ -301,101 +287,39 @@ SpeciesRecipe QuercusRobur()
                     "\u304f\u88c2\u3051\u305f\u8449\u3092\u6301\u3064\u5927\u6728\u3002\u3069\u3093\u3050\u308a\u306f"
                     "\u9577\u3044\u67c4\u306b\u4e0b\u304c\u308b\u3002"}},
         .wood = {{"", {0.44f, 0.39f, 0.33f, 1}}, {"winter", {0.42f, 0.38f, 0.33f, 1}}},
-        .foliage = {{"", {0.24f, 0.37f, 0.12f, 1}},
-                    {"spring", {0.52f, 0.60f, 0.22f, 1}},
-                    {"summer", {0.24f, 0.37f, 0.12f, 1}},
-                    {"autumn", {0.62f, 0.42f, 0.16f, 1}},
-                    {"winter", {0.46f, 0.34f, 0.22f, 1}}},
-        .textures =
-            {
-                {"trunk.png", [] { return trunkBark().color; }},
-                {"trunk_normal.png", [] { return NormalsOfHeights(trunkBark().height, 0.035); }},
-                {"twig.png", twigBark},
-                {"leaf_spring.png",
-                 [] {
-                     return leaf({0.50f, 0.60f, 0.20f}, {0.58f, 0.62f, 0.24f}, {0.74f, 0.78f, 0.46f}, 51);
-                 }},
-                {"leaf_spring_back.png",
-                 [] {
-                     return leaf({0.58f, 0.66f, 0.36f}, {0.62f, 0.68f, 0.38f}, {0.76f, 0.80f, 0.56f}, 51);
-                 }},
-                {"leaf_summer.png",
-                 [] {
-                     return leaf({0.19f, 0.33f, 0.09f}, {0.25f, 0.40f, 0.12f}, {0.52f, 0.60f, 0.30f}, 52);
-                 }},
-                {"leaf_summer_back.png",
-                 [] {
-                     return leaf({0.38f, 0.48f, 0.28f}, {0.42f, 0.52f, 0.32f}, {0.58f, 0.66f, 0.44f}, 52);
-                 }},
-                {"leaf_autumn.png",
-                 [] {
-                     return leaf({0.52f, 0.50f, 0.14f}, {0.68f, 0.47f, 0.13f}, {0.74f, 0.66f, 0.32f}, 53, 0.25);
-                 }},
-                {"leaf_autumn_back.png",
-                 [] {
-                     return leaf({0.60f, 0.57f, 0.30f}, {0.68f, 0.54f, 0.28f}, {0.74f, 0.68f, 0.42f}, 53, 0.25);
-                 }},
-                {"leaf_russet.png",
-                 [] {
-                     return leaf({0.68f, 0.44f, 0.14f}, {0.54f, 0.30f, 0.10f}, {0.80f, 0.62f, 0.32f}, 54, 0.30);
-                 }},
-                {"leaf_russet_back.png",
-                 [] {
-                     return leaf({0.70f, 0.54f, 0.30f}, {0.60f, 0.42f, 0.22f}, {0.78f, 0.64f, 0.40f}, 54, 0.30);
-                 }},
-                {"leaf_dry.png",
-                 [] {
-                     return leaf({0.50f, 0.36f, 0.22f}, {0.42f, 0.29f, 0.17f}, {0.60f, 0.46f, 0.30f}, 55, 0.2);
-                 }},
-                {"leaf_dry_back.png",
-                 [] {
-                     return leaf({0.56f, 0.44f, 0.30f}, {0.50f, 0.38f, 0.25f}, {0.62f, 0.50f, 0.36f}, 55, 0.2);
-                 }},
-                {"acorn.png",
-                 [] {
-                     return PaintSmoothBark({.skin = {0.56f, 0.50f, 0.20f},
-                                             .shade = {0.48f, 0.34f, 0.13f},
-                                             .pore = {0.60f, 0.54f, 0.28f},
-                                             .poreShare = 0,
-                                             .seed = 61},
-                                            64)
-                         .color;
-                 }},
-                {"cup.png",
-                 [] {
-                     return PaintRidgedBark({.ridge = {0.56f, 0.50f, 0.38f},
-                                             .crack = {0.30f, 0.25f, 0.17f},
-                                             .moss = {0.50f, 0.50f, 0.32f},
-                                             .ridges = 10,
-                                             .plates = 8,
-                                             .mossShare = 0.3,
-                                             .seed = 62},
-                                            64)
-                         .color;
-                 }},
-            },
-        .materials =
-            {
-                {.id = kTrunk,
-                 .name = "trunk",
-                 .front = {.texture = "trunk.png", .normal = "trunk_normal.png", .diffuseRoughness = 0.5f}},
-                {.id = kTwig, .name = "twig", .front = {.texture = "twig.png", .diffuseRoughness = 0.3f}},
-                leafMaterial(kLeafSpring, "leaf in spring", "leaf_spring"),
-                leafMaterial(kLeafSummer, "leaf in summer", "leaf_summer"),
-                leafMaterial(kLeafAutumn, "turning leaf", "leaf_autumn"),
-                leafMaterial(kLeafRusset, "russet leaf", "leaf_russet"),
-                leafMaterial(kLeafDry, "dry leaf", "leaf_dry"),
-                {.id = kNut,
-                 .name = "acorn",
-                 .front = {.texture = "acorn.png", .specular = {0.15f, 0.15f, 0.13f}, .specularRoughness = 0.25f}},
-                {.id = kCup, .name = "acorn cup", .front = {.texture = "cup.png", .diffuseRoughness = 0.4f}},
-            },
+        .foliage =
+            FoliageColors({0.52f, 0.60f, 0.22f}, {0.24f, 0.37f, 0.12f}, {0.62f, 0.42f, 0.16f}, {0.46f, 0.34f, 0.22f}),
         .organs = organs(),
         .ages = {young(), medium(), adult()},
         .proxyBark = kTrunk,
         .proxyFoliage = kLeafSummer,
         .storeProxy = true,
     };
+    AddBark(recipe, {.material = kTrunk, .name = "trunk", .paint = trunkBark, .relief = 0.035, .roughness = 0.5f});
+    AddBark(recipe, {.material = kTwig, .name = "twig", .paint = twigBark});
+    AddLeaves(
+        recipe,
+        {.shape = kLeaf,
+         .veinStrength = 0.6,
+         .spot = {0.38f, 0.22f, 0.09f},
+         .gloss = 0.08f,
+         .translucency = 0.4,
+         .depth = 0.04},
+        {
+            {kLeafSpring, "leaf in spring", {0.50f, 0.60f, 0.20f}, {0.58f, 0.62f, 0.24f}, {0.74f, 0.78f, 0.46f}, 51},
+            {kLeafSummer, "leaf in summer", {0.19f, 0.33f, 0.09f}, {0.25f, 0.40f, 0.12f}, {0.52f, 0.60f, 0.30f}, 52},
+            {kLeafAutumn, "turning leaf", {0.52f, 0.50f, 0.14f}, {0.68f, 0.47f, 0.13f}, {0.74f, 0.66f, 0.32f}, 53, 0.2},
+            {kLeafRusset, "russet leaf", {0.68f, 0.44f, 0.14f}, {0.54f, 0.30f, 0.10f}, {0.80f, 0.62f, 0.32f}, 54, 0.30},
+            {kLeafDry, "dry leaf", {0.50f, 0.36f, 0.22f}, {0.42f, 0.29f, 0.17f}, {0.60f, 0.46f, 0.30f}, 55, 0.2},
+        });
+    AddBark(recipe, {.material = kNut,
+                     .name = "acorn",
+                     .paint = acornSkin,
+                     .roughness = 0,
+                     .gloss = {0.15f, 0.15f, 0.13f},
+                     .glossRoughness = 0.25f});
+    AddBark(recipe, {.material = kCup, .name = "acorn cup", .paint = cupSkin, .roughness = 0.4f});
+    return recipe;
 }
 
 } // namespace grower

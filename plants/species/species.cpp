@@ -6,8 +6,9 @@ namespace grower {
 
 const std::vector<SpeciesRecipe>& DefaultSpecies()
 {
-    static const std::vector<SpeciesRecipe> species{BetulaPendula(), LavandulaAngustifolia(), PiceaAbies(),
-                                                    PrunusSerrulata(), QuercusRobur()};
+    static const std::vector<SpeciesRecipe> species{
+        BetulaPendula(),      DryopterisFilixMas(), HelianthusAnnuus(), HydrangeaMacrophylla(), LavandulaAngustifolia(),
+        MiscanthusSinensis(), PhoenixCanariensis(), PiceaAbies(),       PrunusSerrulata(),      QuercusRobur()};
     return species;
 }
 

@@ -6,7 +6,12 @@
 namespace grower {
 
 SpeciesRecipe BetulaPendula();
+SpeciesRecipe DryopterisFilixMas();
+SpeciesRecipe HelianthusAnnuus();
+SpeciesRecipe HydrangeaMacrophylla();
 SpeciesRecipe LavandulaAngustifolia();
+SpeciesRecipe MiscanthusSinensis();
+SpeciesRecipe PhoenixCanariensis();
 SpeciesRecipe PiceaAbies();
 SpeciesRecipe PrunusSerrulata();
 SpeciesRecipe QuercusRobur();

@@ -58,5 +58,9 @@ TEST(Corpus, InflateStreamKeepsItsPromises)
 {
     replay("inflate_stream", FuzzInflateStream);
 }
+TEST(Corpus, GeoKeepsItsPromises)
+{
+    replay("geo", FuzzGeo);
+}
 
 } // namespace vdt::test

@@ -51,7 +51,10 @@ std::string variantComplaint(const ModelVariant& variant)
 
     NullMessageHandler messages;
     Mesh plant;
-    BuildPlantMesh(variant, {.season = "summer", .foliage = foliage}, plant, messages);
+    if (foliage)
+        BuildPlantMesh(variant, {.season = "summer"}, plant, messages);
+    else
+        BuildBranchMesh(skeleton, variant.meshes, 1, false, plant, messages);
     return meshComplaint(plant);
 }
 

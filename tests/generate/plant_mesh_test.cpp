@@ -88,23 +88,24 @@ TEST(PlaceFoliage, GoesRecordByRecordInSeason)
     }
 }
 
-// Step by step, with a mesh of its own for each.
+// Step by step, with a skeleton and a mesh of its own for each.
 void buildInSteps(const ModelVariant& variant, const PlantMeshOptions& options, MeshOutputAccessor& output)
 {
     NullMessageHandler messages;
+    Skeleton skeleton;
+    variant.skeleton.Reduce(variant.meshes, options.season, skeleton, options.reduction);
     Mesh control, rounded;
     std::vector<int32_t> levels;
     const int32_t level = std::max(0, options.subdivisionLevel);
     MeshOutputAccessor& target = level > 0 ? control : output;
-    if (options.branches)
-        GenerateControlMesh({variant.skeleton, variant.meshes, target, level, levels, nullptr, messages});
+    GenerateControlMesh({skeleton, variant.meshes, target, level, levels, nullptr, messages});
     if (options.uniform) levels.assign(levels.size(), level);
-    if (options.branches && level > 0) {
+    if (level > 0) {
         Subdivide(control, rounded, messages, levels);
         rounded.ComputeNormals();
         output.AppendMesh(rounded, Matrix::Identity());
     }
-    if (options.foliage) PlaceFoliage(variant.skeleton, variant.meshes, options.season, output);
+    PlaceFoliage(skeleton, variant.meshes, options.season, output);
 }
 
 TEST(PlantMesh, IsBranchesThenFoliageForAllOptionsAndTargets)
@@ -116,8 +117,8 @@ TEST(PlantMesh, IsBranchesThenFoliageForAllOptionsAndTargets)
         options.season = seed % 3 ? "summer" : "";
         options.subdivisionLevel = static_cast<int32_t>(seed % 5) - 1;
         options.uniform = seed % 2;
-        options.branches = seed % 7 != 0;
-        options.foliage = seed % 8 != 0;
+        if (seed % 7 == 0) options.reduction.maxLevel = 2;
+        if (seed % 8 == 0) options.reduction.foliageAmount = 0.5F;
         NullMessageHandler messages;
 
         Mesh direct, expected;

@@ -16,12 +16,13 @@ bool isEmpty(const Mesh& mesh)
 }
 
 // The control mesh goes at the end, so that it is out of the way before the foliage takes its room.
-void subdivideBranches(const ModelVariant& variant, int32_t level, bool uniform, Mesh& output, MessageHandler& messages)
+void subdivideBranches(const Skeleton& skeleton, std::span<const VariantMesh> foliage, int32_t level, bool uniform,
+                       Mesh& output, MessageHandler& messages)
 {
     Mesh controlMesh;
     std::vector<int32_t> polygonLevels;
-    GenerateControlMesh({.skeleton = variant.skeleton,
-                         .foliage = variant.meshes,
+    GenerateControlMesh({.skeleton = skeleton,
+                         .foliage = foliage,
                          .output = controlMesh,
                          .subdivisionLevel = level,
                          .polygonLevels = polygonLevels,
@@ -30,13 +31,15 @@ void subdivideBranches(const ModelVariant& variant, int32_t level, bool uniform,
     Subdivide(controlMesh, output, messages, polygonLevels);
 }
 
-void buildBranches(const ModelVariant& variant, int32_t level, bool uniform, MeshOutputAccessor& output,
-                   MessageHandler& messages)
+} // namespace
+
+void BuildBranchMesh(const Skeleton& skeleton, std::span<const VariantMesh> foliage, int32_t subdivisionLevel,
+                     bool uniform, MeshOutputAccessor& output, MessageHandler& messages)
 {
-    if (level == 0) {
+    if (subdivisionLevel <= 0) {
         std::vector<int32_t> polygonLevels;
-        GenerateControlMesh({.skeleton = variant.skeleton,
-                             .foliage = variant.meshes,
+        GenerateControlMesh({.skeleton = skeleton,
+                             .foliage = foliage,
                              .output = output,
                              .polygonLevels = polygonLevels,
                              .messages = messages});
@@ -46,26 +49,26 @@ void buildBranches(const ModelVariant& variant, int32_t level, bool uniform, Mes
     // An empty mesh of ours need not be appended to.
     Mesh* mesh = dynamic_cast<Mesh*>(&output);
     if (mesh && isEmpty(*mesh)) {
-        subdivideBranches(variant, level, uniform, *mesh, messages);
+        subdivideBranches(skeleton, foliage, subdivisionLevel, uniform, *mesh, messages);
         mesh->ComputeNormals();
         mesh->name.clear();
         return;
     }
 
     Mesh rounded;
-    subdivideBranches(variant, level, uniform, rounded, messages);
+    subdivideBranches(skeleton, foliage, subdivisionLevel, uniform, rounded, messages);
     rounded.ComputeNormals();
     output.AppendMesh(rounded, Matrix::Identity());
 }
 
-} // namespace
-
 void BuildPlantMesh(const ModelVariant& variant, const PlantMeshOptions& options, MeshOutputAccessor& output,
                     MessageHandler& messages)
 {
-    const int32_t level = std::max(0, options.subdivisionLevel);
-    if (options.branches) buildBranches(variant, level, options.uniform, output, messages);
-    if (options.foliage) PlaceFoliage(variant.skeleton, variant.meshes, options.season, output);
+    Skeleton room;
+    const Skeleton& skeleton =
+        ReducedSkeleton(variant.skeleton, variant.meshes, options.season, options.reduction, room);
+    BuildBranchMesh(skeleton, variant.meshes, options.subdivisionLevel, options.uniform, output, messages);
+    PlaceFoliage(skeleton, variant.meshes, options.season, output);
 }
 
 } // namespace vdt

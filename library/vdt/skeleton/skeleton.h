@@ -13,9 +13,14 @@
 
 #include <cstdint>
 #include <span>
+#include <string_view>
 #include <vector>
 
 namespace vdt {
+
+class MeshInputAccessor;
+struct ReductionParameters;
+struct VariantMesh;
 
 struct SkeletonPoint {
     SkeletonVertex* firstVertex = nullptr; // entry into the ring of vertices
@@ -122,6 +127,18 @@ public:
     bool ComputeOrientations();
     /// Gives each point its weight by its distance from the crown's centre. False if no point has a position.
     bool ComputeWeights();
+
+    // Smaller skeletons. `target` is another skeleton, and is emptied first. Vertices keep their frames and points
+    // their weights; a branch of which a single vertex is left is dropped.
+
+    /// Cuts branches by level and radius, and thins out connectors: the same ones in every run, enlarged by how much of
+    /// the crown the foliage of `season` hides. Each connector gets a point of its own. Nothing to cut and to thin out
+    /// makes a copy.
+    void Reduce(std::span<const VariantMesh> foliage, std::string_view season, Skeleton& target,
+                const ReductionParameters& parameters) const;
+    /// Keeps of each branch what lies between its root and its first vertex inside the hull, that one included, and no
+    /// connectors. Gives the number of vertices kept, those of dropped branches included.
+    uint64_t CutAtHull(Skeleton& target, const MeshInputAccessor& hull) const;
 
     Array<SkeletonConnector> connectors;
     Array<SkeletonPoint> points;
