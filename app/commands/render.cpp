@@ -3,6 +3,7 @@
 #include "commands/previews.h"
 #include "console/text_table.h"
 #include "exit_status.h"
+#include "export/output_name.h"
 #include "files/input_file.h"
 #include "lookup/species.h"
 
@@ -105,37 +106,51 @@ std::vector<Camera> camerasFor(const RenderRequest& request, std::span<const Flo
     return Camera::Turntable(views, outline, settings.width, settings.height);
 }
 
-int drawPlant(const RenderRequest& request, const PictureSettings& settings, Console& console)
+// The plant that was asked for, ready for rays. Null, with the error told, if there is none.
+std::unique_ptr<TracedScene> tracePlant(const RenderRequest& request, OutputNameParts& names, std::string& output,
+                                        Console& console)
 {
     RequestedPlant plant;
-    if (!LoadRequestedPlant(request.plant, plant, console)) return kFailure;
-    if (IsSameFile(request.output, plant.open.file)) {
-        console.error("would be overwritten by its own picture");
-        return kFailure;
-    }
     Scene scene;
-    if (!BuildScene(SceneRequestOf(plant, request.plant), scene, console)) return kFailure;
-    const TracedScene traced(scene, console);
-    if (!traced.problem().empty()) {
-        console.error(traced.problem());
-        return kFailure;
+    if (!LoadRequestedPlant(request.plant, plant, console) ||
+        !BuildScene(SceneRequestOf(plant, request.plant), scene, console))
+        return nullptr;
+
+    names = {scene.name, scene.variant, scene.season};
+    std::string problem;
+    output = OutputName(request.output, names, problem);
+    if (problem.empty() && IsSameFile(output, plant.open.file)) problem = "would be overwritten by its own picture";
+    std::unique_ptr<TracedScene> traced;
+    if (problem.empty()) {
+        traced = std::make_unique<TracedScene>(scene, console);
+        problem = traced->problem();
     }
+    if (problem.empty()) return console.isCancelled() ? nullptr : std::move(traced);
+    console.error(problem);
+    return nullptr;
+}
+
+int drawPlant(const RenderRequest& request, const PictureSettings& settings, Console& console)
+{
+    OutputNameParts names;
+    std::string output;
+    const std::unique_ptr<TracedScene> traced = tracePlant(request, names, output, console);
+    if (!traced) return kFailure;
 
     console.setSubject("");
-    const std::vector<Camera> cameras = camerasFor(request, traced.outline(), settings);
+    const std::vector<Camera> cameras = camerasFor(request, traced->outline(), settings);
     uint64_t bytes = 0;
     for (size_t i = 0; i < cameras.size(); ++i) {
         Picture picture;
-        if (!DrawPicture(traced, cameras[i], settings, picture, console)) return kFailure;
-        const std::string path =
-            request.turntable ? framePath(request.output, static_cast<int>(i), request.turntable) : request.output;
+        if (!DrawPicture(*traced, cameras[i], settings, picture, console)) return kFailure;
+        const std::string path = request.turntable ? framePath(output, static_cast<int>(i), request.turntable) : output;
         const uint64_t written = WritePictures({path}, picture, console);
         if (written == 0) return kFailure;
         bytes += written;
     }
 
-    console.out() << OneLine(request.output) << ": " << OneLine(scene.name);
-    for (const std::string& word : {scene.variant, scene.season})
+    console.out() << OneLine(output) << ": " << OneLine(names.species);
+    for (const std::string& word : {names.variant, names.season})
         if (!word.empty()) console.out() << ", " << OneLine(word);
     console.out() << "; ";
     if (request.turntable) console.out() << request.turntable << " frames, ";
@@ -220,7 +235,8 @@ void AddRenderCommand(CLI::App& program, CommandWork& chosen)
     const auto request = std::make_shared<RenderRequest>();
     AddPlantOptions(*command, request->plant);
     CLI::Option* plant = command->get_option("plant")->required(false);
-    CLI::Option* output = command->add_option("-o,--output", request->output, "The picture to write; .png");
+    CLI::Option* output = command->add_option(
+        "-o,--output", request->output, "The picture to write; .png. {species}, {variant} and {season} are filled in");
     output->type_name("OUT");
     addPictureOptions(*command, *request);
     CLI::Option* turntable = command->add_option("--turntable", request->turntable,

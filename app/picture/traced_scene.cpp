@@ -472,8 +472,8 @@ void TracedScene::describeTriangle(const RTCHit& hit, const Float3& direction, S
     surface.normal = isBack ? -normal : normal;
 
     // What a leaf lets through has the leaf's colour too; both together never give back more light than there was.
-    constexpr float kLeafReflection = 0.62F;
-    constexpr float kLeafTransmission = 0.5F;
+    constexpr float kLeafReflection = 0.68F;
+    constexpr float kLeafTransmission = 0.6F;
     const Light color = material.colorTexture ? material.colorTexture->color(coordinate) : material.color;
     surface.reflection = color * (material.isLeaf ? kLeafReflection : 1);
     surface.transmission = color * (material.isLeaf ? kLeafTransmission : 0);

@@ -11,6 +11,7 @@
 #include "vdt/memory/index.h"
 
 #include <embree3/rtcore.h>
+
 #include <memory>
 #include <span>
 #include <vector>
