@@ -111,6 +111,38 @@ Bark PaintSmoothBark(const SmoothBarkPaint& paint, uint32_t size)
     });
 }
 
+Bark PaintScarredBark(const ScarredBarkPaint& paint, uint32_t size)
+{
+    return paintEach(size, 1, [&](double u, double v, vdt::Color3f& color, double& height) {
+        // Each row stands in the gaps of the one below; a lozenge reaches into both of its neighbours' rows.
+        const double bend = 0.10 * FractalNoise(u, v, 6, 6, 3, paint.seed);
+        const double column = u * paint.scars + bend;
+        const double row = v * paint.rows / 2 + bend;
+        double inside = 0; // of the nearest lozenge: 1 in its middle, 0 on its edge
+        uint32_t number = 0;
+        for (const double shift : {0.0, 0.5}) {
+            const double across = std::fabs(column - shift - std::round(column - shift));
+            const double along = std::fabs(row - shift - std::round(row - shift));
+            const double depth = 1 - 2 * (across + along);
+            if (depth <= inside) continue;
+            inside = depth;
+            const auto wrapped = [](double place, int period) {
+                return (static_cast<int>(std::lround(place)) % period + period) % period;
+            };
+            number = HashOf(wrapped(column - shift, paint.scars),
+                            2 * wrapped(row - shift, paint.rows / 2) + (shift > 0), paint.seed);
+        }
+        const double grain = FractalNoise(u, v, 16, 64, 3, paint.seed + 1);
+        const double threads = FractalNoise(u, v, 64, 16, 3, paint.seed + 2);
+        const double scar = SmoothStep(0.06, 0.22, inside + 0.05 * grain);
+        const double rim = scar * SmoothStep(0.45, 0.22, inside);
+        color = Mix(Scaled(paint.fibre, 1 + 0.35 * threads),
+                    Scaled(paint.scar, 0.85 + 0.3 * (number & 0xFF) / 255.0 + 0.16 * grain), scar);
+        color = Mix(color, paint.rim, 0.7 * rim);
+        height = 0.25 + 0.5 * scar + 0.12 * grain + 0.1 * threads * (1 - scar) + 0.1 * rim;
+    });
+}
+
 Bark BlendBarks(const Bark& below, const Bark& above, double share, uint32_t seed)
 {
     Bark blend = below;

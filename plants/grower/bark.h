@@ -41,6 +41,15 @@ struct SmoothBarkPaint {
 };
 Bark PaintSmoothBark(const SmoothBarkPaint& paint, uint32_t size);
 
+/// The trunk of a palm: lozenges in rows that the leaves have left, with fibre in the gaps between them.
+struct ScarredBarkPaint {
+    vdt::Color3f scar, rim, fibre;
+    int scars = 12; // around the stem
+    int rows = 20;  // along one turn's length; an even number
+    uint32_t seed = 1;
+};
+Bark PaintScarredBark(const ScarredBarkPaint& paint, uint32_t size);
+
 /// `below` at the lower edge and `above` at the upper one, two pictures of one size. They meet in the middle `share` of
 /// the height, first in spots.
 Bark BlendBarks(const Bark& below, const Bark& above, double share, uint32_t seed);

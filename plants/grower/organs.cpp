@@ -26,8 +26,9 @@ vdt::Matrix StandingFrame(const vdt::Vector3& origin, vdt::Vector3 direction, co
     return frame;
 }
 
-void AddSpray(vdt::Mesh& mesh, const SprayShape& spray, const LeafShape& shape, const LeafBody& body)
+std::vector<SprayPlace> SprayPlaces(const SprayShape& spray)
 {
+    std::vector<SprayPlace> places;
     Random random(spray.seed);
     double turn = 0;
     for (int i = 0; i < spray.leaves; ++i) {
@@ -39,10 +40,19 @@ void AddSpray(vdt::Mesh& mesh, const SprayShape& spray, const LeafShape& shape, 
         const vdt::Vector3 towardsTip = vdt::Normalized(vdt::Vector3{0, 1, 0} - direction * direction.y);
         const vdt::Vector3 facing = towardsTip * (1 - spray.flat) + vdt::Vector3{0, 0, spray.flat};
 
-        LeafBody leaf = body;
-        leaf.length *= random.around(spray.scale) * (1 + (spray.scaleAtTip - 1) * share);
-        AddLeaf(mesh, shape, leaf, StandingFrame({0, place, 0}, direction, facing));
+        const double factor = random.around(spray.scale) * (1 + (spray.scaleAtTip - 1) * share);
+        places.push_back({StandingFrame({0, place, 0}, direction, facing), factor});
         turn += random.around(spray.turn);
+    }
+    return places;
+}
+
+void AddSpray(vdt::Mesh& mesh, const SprayShape& spray, const LeafShape& shape, const LeafBody& body)
+{
+    for (const SprayPlace& place : SprayPlaces(spray)) {
+        LeafBody leaf = body;
+        leaf.length *= place.factor;
+        AddLeaf(mesh, shape, leaf, place.frame);
     }
 }
 

@@ -28,6 +28,14 @@ struct SprayShape {
 /// The frame of something that stands at `origin`, grows along `direction` and faces `facing` as well as it can.
 vdt::Matrix StandingFrame(const vdt::Vector3& origin, vdt::Vector3 direction, const vdt::Vector3& facing);
 
+/// Where one leaf of a spray stands, and how long it is compared with the others.
+struct SprayPlace {
+    vdt::Matrix frame;
+    double factor = 1;
+};
+
+std::vector<SprayPlace> SprayPlaces(const SprayShape& spray);
+
 void AddSpray(vdt::Mesh& mesh, const SprayShape& spray, const LeafShape& shape, const LeafBody& body);
 
 /// A body of revolution around +y of `frame`: `outline` gives the radius along it, both in model units.

@@ -29,9 +29,17 @@ vdt::Quaternion rounded(const vdt::Quaternion& turn)
     return {part(turn.x), part(turn.y), part(turn.z), part(turn.w)};
 }
 
-void addFoliage(vdt::Skeleton& skeleton, const Stem& stem, const std::vector<uint64_t>& points, const FoliageRule& rule,
-                Random& random)
+// Across a stem and level with it: what lies between its two sides looks the way that its parent grows.
+vdt::Vector3 sidewaysOf(const Stems& stems, const Stem& stem)
 {
+    const vdt::Vector3 parent = stem.parent == vdt::kNone ? kUp : StemDirection(stems[stem.parent], stem.parentVertex);
+    return vdt::Cross(parent, StemDirection(stem, 0));
+}
+
+void addFoliage(vdt::Skeleton& skeleton, const Stems& stems, const Stem& stem, const std::vector<uint64_t>& points,
+                const FoliageRule& rule, Random& random)
+{
+    const vdt::Vector3 sideways = sidewaysOf(stems, stem);
     const uint64_t last = stem.vertices.size() - 1;
     uint64_t first = rule.tipOnly ? last : 1;
     while (first < last && static_cast<double>(first) < rule.firstAt * static_cast<double>(last)) ++first;
@@ -46,11 +54,14 @@ void addFoliage(vdt::Skeleton& skeleton, const Stem& stem, const std::vector<uin
             const vdt::Vector3 side = vdt::Normalized(chaos - along * vdt::Dot(chaos, along));
             vdt::Vector3 direction = along * std::cos(angle) + side * std::sin(angle);
             direction = vdt::Normalized(direction - kUp * rule.droop);
-            const vdt::Vector3 facing = kUp * rule.faceUp + chaos * (1.05 - rule.faceUp);
+            const vdt::Vector3 upper = rule.upperSide ? vdt::Normalized(vdt::Cross(along, sideways)) : kUp;
+            const vdt::Vector3 facing = upper * rule.faceUp + chaos * (1.05 - rule.faceUp);
+            const double place = static_cast<double>(vertex) / static_cast<double>(last);
+            const double factor = rule.scaleAlong.empty() ? 1 : ProfileValue(rule.scaleAlong, place);
 
             vdt::ConnectorAttributes attributes;
             attributes.orient = rounded(vdt::ToQuaternion(StandingFrame({0, 0, 0}, direction, facing)));
-            attributes.scale = rounded(random.around(rule.scale), 1000);
+            attributes.scale = rounded(random.around(rule.scale) * factor, 1000);
             attributes.group = rule.groups[random.below(static_cast<uint32_t>(rule.groups.size()))];
             skeleton.AddConnector(attributes, points[vertex]);
         }
@@ -99,8 +110,8 @@ vdt::Skeleton BuildSkeleton(const AgeRecipe& age, const Stems& stems)
     for (size_t rule = 0; rule < age.foliage.size(); ++rule) {
         Random random(age.seed, 100 + rule);
         for (size_t i = 0; i < stems.size(); ++i)
-            if (stems[i].layer >= age.foliage[rule].fromLayer)
-                addFoliage(skeleton, stems[i], points[i], age.foliage[rule], random);
+            if (stems[i].layer >= age.foliage[rule].fromLayer && stems[i].layer <= age.foliage[rule].lastLayer)
+                addFoliage(skeleton, stems, stems[i], points[i], age.foliage[rule], random);
     }
 
     skeleton.ComputeOrientations();

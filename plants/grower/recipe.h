@@ -25,6 +25,7 @@ struct StemRecipe {
     double lengthAtTip = 0.4; // what is left of that near the parent's tip
     Spread angle{50, 8};      // to the parent at its foot
     double angleAtTip = 35;   // the same near the parent's tip
+    double changeFrom = 0;    // the part of the parent below which nothing changes towards its tip yet
     Spread turn{137.5, 20};   // around the parent from one to the next
     Spread startTurn{0, 180}; // of the first one; 0 is sideways
     double segment = 10;      // between two vertices
@@ -61,14 +62,17 @@ struct ScaffoldRecipe {
 /// Where foliage stands on the stems.
 struct FoliageRule {
     int fromLayer = 2;             // stems of this layer and beyond; trunk and scaffold are 0, `stems` begins with 1
+    int lastLayer = 99;            // and not beyond this one
     std::vector<int32_t> groups{}; // one of them at each place
     double firstAt = 0.1;          // the part of the stem that bears it
     double perVertex = 1;          // how many at each vertex
     bool tipOnly = false;          // at the stem's last vertex alone
     Spread angle{0, 10};           // to the stem
     Spread scale{1, 0.2};
-    double droop = 0;  // how far it turns towards the ground, or the sky where negative, 0 to 1
-    double faceUp = 1; // 1: faces the sky; 0: whichever way
+    Profile scaleAlong{};   // a factor to that by the place on the stem, 0 foot to 1 tip; without points it is 1
+    double droop = 0;       // how far it turns towards the ground, or the sky where negative, 0 to 1
+    double faceUp = 1;      // 1: faces the sky; 0: whichever way
+    bool upperSide = false; // "the sky" is the stem's own upper side, which at its foot is that of the parent's tip
 };
 
 /// Bark that only the trunk's foot has, up to a height above its flare. What stands higher is a branch further from the

@@ -133,14 +133,15 @@ private:
             turn += random.around(recipe.turn);
             if (vertex == 0 || vertex >= last) continue;
 
-            const double angle = mix(random.around(recipe.angle), recipe.angleAtTip, share);
+            const double change = std::max(0.0, (share - recipe.changeFrom) / (1 - recipe.changeFrom));
+            const double angle = mix(random.around(recipe.angle), recipe.angleAtTip, change);
             const vdt::Vector3 direction = turnedAway(StemDirection(parent, vertex), angle, turn);
             const vdt::Vector3& start = parent.vertices[vertex].position;
             double childLength = random.around(recipe.length);
             if (toCrownEdge)
                 childLength *= distanceToEdge(start, direction);
             else
-                childLength *= (onScaffold ? 1 : length) * mix(1, recipe.lengthAtTip, share);
+                childLength *= (onScaffold ? 1 : length) * mix(1, recipe.lengthAtTip, change);
             if (!recipe.leavesCrown) childLength = prunedLength(start, direction, childLength);
             if (childLength < recipe.shortest) continue;
             addStem({start, direction, childLength, parentIndex, vertex}, recipe, layer);

@@ -7,8 +7,9 @@ namespace grower {
 const std::vector<SpeciesRecipe>& DefaultSpecies()
 {
     static const std::vector<SpeciesRecipe> species{
-        AcerPalmatum(),        BetulaPendula(),   LavandulaAngustifolia(), PiceaAbies(),      PinusSylvestris(),
-        PopulusNigraItalica(), PrunusSerrulata(), QuercusRobur(),          SalixBabylonica(),
+        AcerPalmatum(),          BetulaPendula(),      DryopterisFilixMas(), HelianthusAnnuus(), HydrangeaMacrophylla(),
+        LavandulaAngustifolia(), MiscanthusSinensis(), PhoenixCanariensis(), PiceaAbies(),       PinusSylvestris(),
+        PopulusNigraItalica(),   PrunusSerrulata(),    QuercusRobur(),       SalixBabylonica(),
     };
     return species;
 }

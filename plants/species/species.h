@@ -7,7 +7,12 @@ namespace grower {
 
 SpeciesRecipe AcerPalmatum();
 SpeciesRecipe BetulaPendula();
+SpeciesRecipe DryopterisFilixMas();
+SpeciesRecipe HelianthusAnnuus();
+SpeciesRecipe HydrangeaMacrophylla();
 SpeciesRecipe LavandulaAngustifolia();
+SpeciesRecipe MiscanthusSinensis();
+SpeciesRecipe PhoenixCanariensis();
 SpeciesRecipe PiceaAbies();
 SpeciesRecipe PinusSylvestris();
 SpeciesRecipe PopulusNigraItalica();

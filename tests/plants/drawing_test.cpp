@@ -1,7 +1,10 @@
 // Random numbers, leaves and bark: what the pictures and small meshes are made of.
 #include "grower/bark.h"
+#include "grower/blade.h"
+#include "grower/head.h"
 #include "grower/leaf.h"
 #include "grower/organs.h"
+#include "support/check_mesh.h"
 
 #include <gtest/gtest.h>
 
@@ -94,7 +97,8 @@ TEST(Bark, HasNoSeamAroundOrAlongTheStem)
                        kSize),
         PaintRidgedBark({.ridge = {0.6f, 0.5f, 0.4f}, .crack = {}, .moss = {0.3f, 0.5f, 0.2f}, .turns = 2}, kSize),
         PaintRidgedBark({.ridge = {0.6f, 0.5f, 0.4f}, .crack = {}, .moss = {0.3f, 0.5f, 0.2f}}, kSize),
-        PaintSmoothBark({.skin = {0.6f, 0.4f, 0.3f}, .shade = {0.2f, 0.1f, 0.1f}, .pore = {0.9f, 0.9f, 0.9f}}, kSize)};
+        PaintSmoothBark({.skin = {0.6f, 0.4f, 0.3f}, .shade = {0.2f, 0.1f, 0.1f}, .pore = {0.9f, 0.9f, 0.9f}}, kSize),
+        PaintScarredBark({.scar = {0.6f, 0.5f, 0.4f}, .rim = {0.8f, 0.7f, 0.6f}, .fibre = {0.2f, 0.1f, 0.1f}}, kSize)};
     for (const Bark& bark : barks) {
         for (const Image& image : {bark.color, bark.height, NormalsOfHeights(bark.height, 0.02)}) {
             for (const bool columns : {true, false}) {
@@ -219,6 +223,86 @@ TEST(LeafMesh, CutsNothingOffTheLeafAndFacesUp)
         mesh.GetBounds(box);
         EXPECT_NEAR(box.min.y, 0, 1e-9);
         EXPECT_NEAR(box.max.y, 7, 1e-9);
+    }
+}
+
+TEST(Blades, ArchAwayFromTheirFacingSideAtTheirLengthAndWidth)
+{
+    Random random(5);
+    for (int i = 0; i < 60; ++i) {
+        SCOPED_TRACE(i);
+        LeafShape shape = randomLeaf(random);
+        shape.stalk = 0;
+        const BladeBody body{.length = random.between(5, 80),
+                             .width = random.between(0.5, 4),
+                             .lean = random.between(0, 30),
+                             .arch = random.between(0, 120),
+                             .stiffness = random.between(0.5, 2.5),
+                             .fold = random.between(0, 25),
+                             .pieces = 2 + static_cast<int>(random.below(7))};
+        vdt::Mesh mesh;
+        AddBlade(mesh, shape, body, vdt::Matrix::Identity());
+        vdt::test::CheckMesh(mesh);
+        const auto rows = static_cast<uint64_t>(body.pieces); // of three points, then the tip
+        ASSERT_EQ(mesh.positions.size(), 3 * rows + 1);
+        double length = 0, width = 0;
+        for (uint64_t row = 0; row < rows; ++row) {
+            const Vector3 middle = mesh.positions[3 * row + 1],
+                          next = mesh.positions[row + 1 < rows ? 3 * row + 4 : 3 * row + 3];
+            length += vdt::Length(next - middle);
+            EXPECT_LE(next.z, middle.z + 1e-9);
+            width = std::max(width, vdt::Length(mesh.positions[3 * row] - mesh.positions[3 * row + 2]));
+        }
+        EXPECT_NEAR(length, body.length, 1e-9);
+        EXPECT_LE(width, body.width + 1e-9);
+        EXPECT_NEAR(mesh.positions.back().x, 0, 1e-9);
+
+        // The outline has its place in the picture, and the foot's facing side is the front.
+        for (const vdt::Vector2f& at : mesh.coordinates)
+            EXPECT_TRUE(at.u >= 0 && at.u <= 1 && at.v >= 0 && at.v <= 1) << at.u << " " << at.v;
+        mesh.ComputeNormals();
+        EXPECT_GT(mesh.normals[0].z, 0.4);
+    }
+}
+
+TEST(Heads, SpreadTheirFloretsEvenlyAndFaceOutwards)
+{
+    for (const double opening : {60.0, 110.0, 180.0}) {
+        SCOPED_TRACE(opening);
+        const HeadShape shape{.florets = 400, .radius = 3, .opening = opening, .rise = 5};
+        const std::vector<vdt::Matrix> places = HeadPlaces(shape);
+        ASSERT_EQ(places.size(), 400u);
+        // As far from each other as even spreading makes them: no gaps and no crowds.
+        const double even = 3 * std::sqrt(2 * vdt::kPi * (1 - std::cos(opening * vdt::kPi / 180)) / 400);
+        for (const vdt::Matrix& place : places) {
+            const Vector3 outward = (place.row(3) - Vector3{0, 5, 0}) * (1.0 / 3);
+            EXPECT_NEAR(vdt::Length(outward), 1, 1e-9);
+            EXPECT_GT(vdt::Dot(place.row(2), outward), 1 - 1e-9);
+            EXPECT_GE(outward.y, std::cos(opening * vdt::kPi / 180));
+            double nearest = 1e9;
+            for (const vdt::Matrix& other : places)
+                if (&other != &place) nearest = std::min(nearest, vdt::Length(other.row(3) - place.row(3)));
+            EXPECT_GT(nearest, 0.7 * even);
+            EXPECT_LT(nearest, 1.15 * even);
+        }
+    }
+
+    // Flattened, florets still stand across the surface; petals stand around their own middle and face its way.
+    for (const vdt::Matrix& place : HeadPlaces({.radius = 4, .height = 0.5, .rise = 0})) {
+        const Vector3 at = place.row(3);
+        EXPECT_GT(vdt::Dot(place.row(2), vdt::Normalized(Vector3{at.x, 4 * at.y, at.z})), 1 - 1e-9);
+        vdt::Mesh mesh;
+        AddFloret(mesh, {.petals = 5, .middle = 1, .raised = 20}, toothedLeaf(), {.length = 2, .droop = 0}, place);
+        EXPECT_EQ(mesh.PolygonCount(), 10u);
+        mesh.ComputeNormals();
+        Vector3 centre{0, 0, 0};
+        for (size_t i = 0; i < mesh.positions.size(); ++i) {
+            const Vector3 way = mesh.positions[i] - at;
+            EXPECT_GT(vdt::Dot(mesh.normals[i], place.row(2)), 0.3);
+            EXPECT_GT(vdt::Length(way - place.row(2) * vdt::Dot(way, place.row(2))), 0.8);
+            centre += way * (1.0 / static_cast<double>(mesh.positions.size()));
+        }
+        EXPECT_LT(vdt::Length(centre - place.row(2) * vdt::Dot(centre, place.row(2))), 1e-9);
     }
 }
 

@@ -1,6 +1,8 @@
 // How wood grows: lengths, crowns, scaffolds and thickness.
+#include "grower/plant.h"
 #include "grower/plant_library.h"
 #include "grower/stems.h"
+#include "vdt/math/quaternion.h"
 
 #include <gtest/gtest.h>
 
@@ -120,6 +122,62 @@ TEST(Stems, PullsBendThemToTheSkyOrTheGround)
     EXPECT_LT(meanTipTilt(-0.5), -0.5);
     EXPECT_GT(meanTipTilt(0.5), 0.9);
     EXPECT_LT(std::fabs(meanTipTilt(0)), 0.7);
+}
+
+// Stems from upright to level, all from the uppermost tenth of the trunk.
+AgeRecipe smallRosette()
+{
+    AgeRecipe age = smallTree(6);
+    age.crown = {{0, 0.5}, {2, 0.5}};
+    age.trunk = {.segment = 5, .wander = 0};
+    age.stems = {{.spacing = 1.5, .firstAt = 0.9, .lastAt = 1, .length = {0.5, 0}, .angle = {90, 0}, .angleAtTip = 0}};
+    age.stems[0].changeFrom = 0.9;
+    age.stems[0].wander = 0;
+    return age;
+}
+
+TEST(Stems, ChangeOverTheBearingPartOfTheirParentAlone)
+{
+    const Stems stems = GrowStems(smallRosette());
+    double before = 0, steepest = 0;
+    for (size_t i = 1; i < stems.size(); ++i) {
+        const double rise = StemDirection(stems[i], 0).y;
+        steepest = std::max(steepest, rise);
+        EXPECT_GT(rise, before - 0.05) << "stem " << i;
+        before = rise;
+        EXPECT_TRUE(i > 3 || rise < 0.25) << rise;
+    }
+    EXPECT_GT(stems.size(), 20u);
+    EXPECT_GT(steepest, 0.97);
+}
+
+TEST(Foliage, FacesTheUpperSideAndIsScaledAlongTheStemsOfItsLayers)
+{
+    AgeRecipe age = smallRosette();
+    age.foliage = {{.fromLayer = 1, .groups = {1}, .firstAt = 0, .angle = {0, 0}, .scale = {2, 0}, .upperSide = true},
+                   {.fromLayer = 0, .lastLayer = 0, .groups = {2}, .firstAt = 0}};
+    age.foliage[0].scaleAlong = {{0, 0}, {0.5, 0.5}, {1, 1}};
+    Stems stems = GrowStems(age);
+    ThickenStems(age, stems);
+    const vdt::Skeleton skeleton = BuildSkeleton(age, stems);
+    uint64_t onTrunk = 0, connector = 0;
+    for (size_t i = 1; i < stems.size(); ++i) {
+        const size_t last = stems[i].vertices.size() - 1;
+        const Vector3 along = StemDirection(stems[i], 0);
+        for (size_t vertex = 1; vertex <= last; ++vertex, ++connector) {
+            const vdt::ConnectorAttributes& attributes = skeleton.connectors.at(connector).attributes;
+            ASSERT_EQ(attributes.group, 1);
+            EXPECT_NEAR(attributes.scale, 2.0 * static_cast<double>(vertex) / static_cast<double>(last), 1e-3);
+            const vdt::Matrix frame = vdt::ToMatrix(attributes.orient, {0, 0, 0});
+            EXPECT_GT(vdt::Dot(frame.row(1), along), 0.999);
+            // The way that the trunk grows, as far as it is across the stem.
+            const Vector3 upper = Vector3{0, 1, 0} - along * along.y;
+            EXPECT_GT(vdt::Dot(frame.row(2), upper), 0.98 * vdt::Length(upper));
+        }
+    }
+    for (; connector < skeleton.connectors.size(); ++connector, ++onTrunk)
+        EXPECT_EQ(skeleton.connectors[connector].attributes.group, 2);
+    EXPECT_NEAR(static_cast<double>(onTrunk), static_cast<double>(stems[0].vertices.size()), 2);
 }
 
 TEST(Stems, ThatMayLeaveTheCrownHangBesideItDownToTheirClearance)
