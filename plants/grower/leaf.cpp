@@ -2,7 +2,9 @@
 
 #include "grower/noise.h"
 
+#include <algorithm>
 #include <array>
+#include <vector>
 
 namespace grower {
 namespace {
