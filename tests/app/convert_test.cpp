@@ -163,7 +163,8 @@ TEST(Convert, DropsWhatNoTreeCanHoldAndSaysSo)
         {{"0 0 0", "0 1 0", "nan 2 0", "0 3 0"},
          {"0 1 2 3 -1 4 2147483647", "0 2"},
          "0 0 0, 0 1 0, 0 3 0",
-         {"3 vertices refer to missing points and are left out", "2 vertices on points that are not at a finite"}},
+         {"vertices that refer to missing points are left out: 3",
+          "vertices on points that are not at a finite position are left out: 2"}},
     };
     const TemporaryFolder folder;
     for (const Row& row : rows) {
