@@ -18,6 +18,7 @@ void AddInfoCommand(CLI::App& program, CommandWork& chosen);
 void AddCheckCommand(CLI::App& program, CommandWork& chosen);
 void AddExportCommand(CLI::App& program, CommandWork& chosen);
 void AddConvertCommand(CLI::App& program, CommandWork& chosen);
+void AddRenderCommand(CLI::App& program, CommandWork& chosen);
 void AddListCommand(CLI::App& program, CommandWork& chosen);
 
 /// Adds --library.

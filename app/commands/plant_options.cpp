@@ -67,11 +67,15 @@ void AddPlantOptions(CLI::App& command, PlantOptions& options)
 
 bool LoadRequestedPlant(const PlantOptions& options, RequestedPlant& plant, Console& console)
 {
-    OpenPlant& open = plant.open;
-    if (!OpenRequestedPlant(options.plant, options.library, open, console)) return false;
+    if (!OpenRequestedPlant(options.plant, options.library, plant.open, console)) return false;
 
-    const uint64_t index = FindVariant(open.model(), options.variant, console);
-    if (index == vdt::kNone) return false;
+    const uint64_t index = FindVariant(plant.open.model(), options.variant, console);
+    return index != vdt::kNone && LoadVariantOf(plant, index, options.season, console);
+}
+
+bool LoadVariantOf(RequestedPlant& plant, uint64_t index, const std::string& season, Console& console)
+{
+    OpenPlant& open = plant.open;
     open.handle = open.cache.acquire(open.file, console, index);
     plant.variant = open.handle.variantData(console, true);
     if (!plant.variant) {
@@ -81,7 +85,7 @@ bool LoadRequestedPlant(const PlantOptions& options, RequestedPlant& plant, Cons
                       (problem.empty() ? "holds no usable variant" : problem));
         return false;
     }
-    return FindSeason(*plant.variant, options.season, plant.season, console);
+    return FindSeason(*plant.variant, season, plant.season, console);
 }
 
 SceneRequest SceneRequestOf(const RequestedPlant& plant, const PlantOptions& options)

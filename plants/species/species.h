@@ -5,6 +5,7 @@
 
 namespace grower {
 
+SpeciesRecipe AcerPalmatum();
 SpeciesRecipe BetulaPendula();
 SpeciesRecipe DryopterisFilixMas();
 SpeciesRecipe HelianthusAnnuus();
@@ -13,6 +14,7 @@ SpeciesRecipe LavandulaAngustifolia();
 SpeciesRecipe MiscanthusSinensis();
 SpeciesRecipe PhoenixCanariensis();
 SpeciesRecipe PiceaAbies();
+SpeciesRecipe PinusSylvestris();
 SpeciesRecipe PopulusNigraItalica();
 SpeciesRecipe PrunusSerrulata();
 SpeciesRecipe QuercusRobur();
