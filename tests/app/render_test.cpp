@@ -435,11 +435,11 @@ TEST(Render, RefusesWhatItCannotDo)
         {{tree, "-o", out, "--sheet", out}, "--previews"},
         {{tree, "--previews", folder.path("")}, "--previews"},
         {{"--previews", folder.path("none")}, "no plant library"},
-        {{tree, "-o", folder.path("no/such/x.png")}, "x.png"},
+        {{tree, "--size", "8", "-o", folder.path("no/such/x.png")}, "x.png"},
     };
     for (const Row& row : rows) {
         std::vector<std::string> arguments = row.arguments;
-        arguments.insert(arguments.begin(), "render");
+        arguments.insert(arguments.begin(), {"render", "--threads", "1"});
         SCOPED_TRACE(arguments.back());
         const RunResult run = RunApp(arguments);
         EXPECT_EQ(run.status, 2);
