@@ -24,6 +24,7 @@ int parseAndRun(const std::vector<std::string>& arguments, Console& console)
     AddInfoCommand(program, work);
     AddCheckCommand(program, work);
     AddExportCommand(program, work);
+    AddConvertCommand(program, work);
     AddRenderCommand(program, work);
 
     try {

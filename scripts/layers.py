@@ -24,8 +24,9 @@ MAY_INCLUDE = {
     "app/lookup": "console files",
     "app/inspect": ". console files lookup",
     "app/export": "console files lookup",
+    "app/convert": "console",
     "app/picture": "export",
-    "app/commands": ". console files lookup inspect export picture",
+    "app/commands": ". console files lookup inspect export convert picture",
 }
 # Where each target finds what it includes in quotes. The tests and the benchmarks may see everything.
 SEARCHED = {"library": ["library"], "plants": ["plants", "library"], "app": ["app", "library"]}

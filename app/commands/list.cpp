@@ -72,7 +72,7 @@ void AddListCommand(CLI::App& program, CommandWork& chosen)
     CLI::App* command = program.add_subcommand("list", "List the plants of a library: names, heights, seasons, sizes");
     const auto options = std::make_shared<ListOptions>();
     command
-        ->add_option("library", options->library,
+        ->add_option("library,--library", options->library,
                      "The plant library's folder; else VERDANTH_PLANTS, else plants beside the program")
         ->type_name("DIR");
     command->add_option("--language", options->language, "Of common names, such as de or en-US; else the environment's")

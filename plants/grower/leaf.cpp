@@ -15,6 +15,47 @@ double fraction(double value)
     return value - std::floor(value);
 }
 
+// A place as one of the leaf's fingers sees it.
+struct FingerPlace {
+    double across, along;
+};
+
+// Of the finger, middle or side one, in which the place lies deepest. `across` is not negative.
+FingerPlace fingerPlace(const LeafShape& shape, double across, double along)
+{
+    FingerPlace best{across, along};
+    double bestDepth = -1e9;
+    double share = 1;
+    for (int finger = 0; finger <= shape.fingers; ++finger, share *= shape.fingerShare) {
+        const double angle = finger * shape.fingerAngle * vdt::kPi / 180;
+        const FingerPlace own{std::fabs(across * std::cos(angle) - along * std::sin(angle)) / share,
+                              (across * std::sin(angle) + along * std::cos(angle)) / share};
+        const double depth = (ProfileValue(shape.halfWidth, own.along) - own.across) * share;
+        if (own.along < 0 || own.along > 1 || depth <= bestDepth) continue;
+        best = own;
+        bestDepth = depth;
+    }
+    return best;
+}
+
+// Visits places along the edge of the leaf without its teeth, on its right side.
+template <class Visit> void walkEdge(const LeafShape& shape, const Visit& visit)
+{
+    constexpr int kSteps = 4 * kOutlineSteps;
+    double share = 1;
+    for (int finger = 0; finger <= shape.fingers; ++finger, share *= shape.fingerShare) {
+        const double angle = finger * shape.fingerAngle * vdt::kPi / 180;
+        for (int i = 0; i <= kSteps; ++i) {
+            const double reach = i / double{kSteps};
+            const double width = ProfileValue(shape.halfWidth, reach);
+            for (const double side : {1.0, -1.0}) {
+                const double across = reach * std::sin(angle) + side * width * std::cos(angle);
+                visit(across * share, (reach * std::cos(angle) - side * width * std::sin(angle)) * share);
+            }
+        }
+    }
+}
+
 // Half of the blade's width at a place of the midrib, with lobes and teeth as they are at that distance from it.
 double halfWidthAt(const LeafShape& shape, double across, double along)
 {
@@ -73,18 +114,22 @@ HalfLeafCorners cornersOf(const LeafShape& shape)
     // How far the outline stands out at each height of the whole leaf, stalk included.
     const double whole = 1 + shape.stalk;
     std::array<double, kOutlineSteps + 1> outline{};
-    for (int i = 0; i <= kOutlineSteps; ++i) {
-        const double along = i * whole / kOutlineSteps - shape.stalk;
-        outline[static_cast<size_t>(i)] = std::max(kStalkHalfWidth, ProfileValue(shape.halfWidth, along)) * 1.02;
-    }
+    outline.fill(kStalkHalfWidth * 1.02);
+    walkEdge(shape, [&](double across, double along) {
+        const double step = std::clamp((along + shape.stalk) / whole, 0.0, 1.0) * kOutlineSteps;
+        for (const double place : {std::floor(step), std::ceil(step)}) {
+            double& width = outline[static_cast<size_t>(place)];
+            width = std::max(width, across * 1.02);
+        }
+    });
     const double widest = LeafHalfWidth(shape);
-    const auto outlineAt = [&](int step) { return outline[static_cast<size_t>(step)]; };
+    const auto widthAt = [&](int step) { return outline[static_cast<size_t>(step)]; };
 
     // As high as the line from the foot to the low corner allows.
     int low = 1;
     const auto holdsBelow = [&](int corner) {
         for (int i = 1; i < corner; ++i)
-            if (widest * i / corner < outlineAt(i)) return false;
+            if (widest * i / corner < widthAt(i)) return false;
         return true;
     };
     for (int corner = 1; corner < kOutlineSteps * 3 / 4; ++corner)
@@ -98,7 +143,7 @@ HalfLeafCorners cornersOf(const LeafShape& shape)
         for (int i = low + 1; i < kOutlineSteps; ++i) {
             const double share =
                 i <= high ? double(i - low) / (high - low) : double(kOutlineSteps - i) / (kOutlineSteps - high);
-            const double needed = i <= high ? widest + (outlineAt(i) - widest) / share : outlineAt(i) / share;
+            const double needed = i <= high ? widest + (widthAt(i) - widest) / share : widthAt(i) / share;
             across = std::max(across, needed);
         }
         const double area =
@@ -116,8 +161,7 @@ HalfLeafCorners cornersOf(const LeafShape& shape)
 double LeafHalfWidth(const LeafShape& shape)
 {
     double widest = kStalkHalfWidth;
-    for (int i = 0; i <= 4 * kOutlineSteps; ++i)
-        widest = std::max(widest, ProfileValue(shape.halfWidth, i / (4.0 * kOutlineSteps)));
+    walkEdge(shape, [&](double across, double) { widest = std::max(widest, across); });
     return widest * 1.04;
 }
 
@@ -125,7 +169,8 @@ bool IsOnLeaf(const LeafShape& shape, double across, double along)
 {
     const double distance = std::fabs(across);
     if (along < 0.06 && along >= -shape.stalk && distance <= kStalkHalfWidth) return true;
-    return along >= 0 && along <= 1 && distance <= halfWidthAt(shape, distance, along);
+    const FingerPlace place = fingerPlace(shape, distance, along);
+    return place.along >= 0 && place.along <= 1 && place.across <= halfWidthAt(shape, place.across, place.along);
 }
 
 Image PaintLeaf(const LeafShape& shape, const LeafPaint& paint, uint32_t size)
@@ -145,7 +190,9 @@ Image PaintLeaf(const LeafShape& shape, const LeafPaint& paint, uint32_t size)
                                     alongAt(y + (sample / kSamples + 0.5) / kSamples));
 
             // Colour goes on beyond the outline, so that filtering finds no foreign colour at the edge.
-            const vdt::Color3f color = leafColor(shape, paint, acrossAt(x + 0.5), alongAt(y + 0.5));
+            const FingerPlace place = fingerPlace(shape, std::fabs(acrossAt(x + 0.5)), alongAt(y + 0.5));
+            const double side = acrossAt(x + 0.5) < 0 ? -1 : 1;
+            const vdt::Color3f color = leafColor(shape, paint, side * place.across, place.along);
             image.at(x, y) = {color.r, color.g, color.b, static_cast<float>(covered) / (kSamples * kSamples)};
         }
     }

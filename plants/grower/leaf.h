@@ -21,6 +21,12 @@ struct LeafShape {
     double toothDepth = 0;
     double slant = 0.5; // how far lobes, teeth and side veins lean towards the tip
     int veins = 7;      // on each side
+    // Palmate leaves: besides the middle finger, so many on each side, all from the blade's base and all shaped as said
+    // above. The angle is between neighbours in degrees, the length of each that of its inner neighbour times the
+    // share.
+    int fingers = 0;
+    double fingerAngle = 40;
+    double fingerShare = 0.85;
 };
 
 struct LeafPaint {

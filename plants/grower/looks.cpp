@@ -30,6 +30,13 @@ void AddBark(SpeciesRecipe& recipe, const BarkLook& look)
     recipe.materials.push_back({.id = look.material, .name = look.name, .front = std::move(side)});
 }
 
+void AddSkin(SpeciesRecipe& recipe, int32_t material, const char* name, const vdt::Color3f& color, uint32_t seed)
+{
+    const SmoothBarkPaint paint{
+        .skin = color, .shade = Scaled(color, 0.8), .pore = Scaled(color, 1.2), .poreShare = 0.08, .seed = seed};
+    AddBark(recipe, {.material = material, .name = name, .paint = [paint] { return PaintSmoothBark(paint, 64); }});
+}
+
 void AddLeaves(SpeciesRecipe& recipe, const LeafLook& look, const std::vector<LeafColors>& leaves)
 {
     const vdt::Color3f palest{0.7f, 0.75f, 0.6f}; // the bloom and the air in the lower side of a leaf

@@ -60,6 +60,9 @@ struct SprayOrgan {
 /// Adds the material and its one or two pictures.
 void AddBark(SpeciesRecipe& recipe, const BarkLook& look);
 
+/// Adds the skin of a stalk, a rib or a bud: one colour with fine lines and a few spots.
+void AddSkin(SpeciesRecipe& recipe, int32_t material, const char* name, const vdt::Color3f& color, uint32_t seed);
+
 /// Adds a cut out material of two sides and their pictures for each of the leaves.
 void AddLeaves(SpeciesRecipe& recipe, const LeafLook& look, const std::vector<LeafColors>& leaves);
 

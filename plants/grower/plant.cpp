@@ -146,13 +146,19 @@ vdt::Mesh BuildProxy(const SpeciesRecipe& recipe, const vdt::Skeleton& skeleton)
     vdt::Mesh proxy;
     proxy.SetName("proxy");
 
-    // The trunk, up to where half of its foot's radius is left.
+    // The trunk, up to where half of its foot's radius is left. Its pieces are the first branches.
     Profile trunk;
     const vdt::SkeletonVertex* foot = skeleton.branches[0].firstVertex;
-    for (const vdt::SkeletonVertex* vertex = foot; vertex; vertex = vertex->next) {
+    uint64_t branch = 0;
+    for (const vdt::SkeletonVertex* vertex = foot; vertex;) {
         const double height = skeleton.points[vertex->point].position.y;
         if (trunk.empty() || height > trunk.back().at) trunk.push_back({height, vertex->attributes.radius});
         if (vertex->attributes.radius < 0.5 * foot->attributes.radius && trunk.size() > 1) break;
+        const uint64_t point = vertex->point;
+        vertex = vertex->next;
+        if (vertex || ++branch == skeleton.branches.size()) continue;
+        const vdt::SkeletonVertex* further = skeleton.branches[branch].firstVertex;
+        if (further->point == point) vertex = further->next;
     }
     AddTurned(proxy, {.outline = trunk, .material = recipe.proxyBark}, vdt::Matrix::Identity());
     if (skeleton.connectors.empty()) return proxy;

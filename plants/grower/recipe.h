@@ -33,6 +33,8 @@ struct StemRecipe {
     double pull = 0;          // towards the sky, or the ground where negative, at the foot; 0 to 1
     double pullAtTip = 0;     // the same at the tip
     double shortest = 2;      // shorter ones do not grow
+    bool leavesCrown = false; // else shorter where growing straight on would lead far out of the crown
+    Spread clearance{};       // how far above the ground those that hang end
     int32_t material = 0;
 };
 
@@ -45,8 +47,14 @@ struct ScaffoldRecipe {
     double wander = 0.25;   // random share of a step's direction
     double pull = 0.1;      // towards the sky
     double hollow = 0.3;    // the crown's inner part without buds, of its radius
-    double clearance = 0.1; // the wood's height below the first bud, of the plant's height
-    double twigWood = 150;  // twigs stand on wood that bears no more wood than so much behind it
+    int clumps = 0;         // the buds keep together in so many; spread evenly at 0
+    double clumpRadius = 100;
+    double clumpHeight = 0.5;  // of the radius
+    double clearance = 0.1;    // the wood's height below the first bud, of the plant's height
+    int leaders = 1;           // stems into which the trunk divides there; more than one begin by themselves
+    double leaderAngle = 25;   // to the sky
+    double leaderLength = 0.2; // of the plant's height
+    double twigWood = 150;     // twigs stand on wood that bears no more wood than so much behind it
     int32_t material = 0;
     int32_t thinMaterial = 0; // of branches that begin as twig wood
 };
@@ -67,6 +75,12 @@ struct FoliageRule {
     bool upperSide = false; // "the sky" is the stem's own upper side, which at its foot is that of the parent's tip
 };
 
+/// Bark that only the trunk's foot has, up to a height above its flare.
+struct FootBark {
+    double below = 0.1; // of the plant's height
+    int32_t material = 0;
+};
+
 struct AgeRecipe {
     std::string name{}; // "young", "medium", "adult"
     uint64_t seed = 1;
@@ -78,6 +92,7 @@ struct AgeRecipe {
     double trunkLength = 1; // of the height
     Profile crown{};        // radius by height, both of the plant's height
     StemRecipe trunk{};
+    std::vector<FootBark> footBarks{};        // lowest first
     std::optional<ScaffoldRecipe> scaffold{}; // in place of a trunk that runs to the top
     std::vector<StemRecipe> stems{}; // each layer on the one before; on a scaffold the first stands on its thin wood
     std::vector<FoliageRule> foliage{};

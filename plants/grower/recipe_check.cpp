@@ -106,6 +106,8 @@ private:
                    std::adjacent_find(age.crown.begin(), age.crown.end(), rises) == age.crown.end(),
                age.name + "'s crown does not rise");
         checkStem(age.name, age.trunk);
+        for (const FootBark& bark : age.footBarks)
+            expect(materials.contains(bark.material), age.name + " has a foot of a material that is not there");
         for (const StemRecipe& stem : age.stems) checkStem(age.name, stem);
         if (age.scaffold) {
             const ScaffoldRecipe& scaffold = *age.scaffold;

@@ -35,6 +35,7 @@ public:
     {
         strewBuds();
         growBole();
+        growLeaders();
         constexpr int kMostRounds = 600;
         for (int round = 0; round < kMostRounds && growOneStep(); ++round) {
             const double near = recipe.nearEnough * recipe.nearEnough;
@@ -59,18 +60,42 @@ private:
 
     void strewBuds()
     {
+        std::vector<vdt::Vector3> clumps;
+        for (int tries = 0; static_cast<int>(clumps.size()) < recipe.clumps && tries < 40 * recipe.clumps; ++tries) {
+            const vdt::Vector3 place = placeInBox();
+            if (takesBud(place)) clumps.push_back(place);
+        }
+        for (int tries = 0; static_cast<int>(buds.size()) < recipe.buds && tries < 40 * recipe.buds; ++tries) {
+            const vdt::Vector3 place = clumps.empty() ? placeInBox() : placeInClump(clumps);
+            if (takesBud(place)) buds.push_back({.position = place});
+        }
+    }
+
+    // Anywhere in the box around the crown.
+    vdt::Vector3 placeInBox()
+    {
         double widest = 0;
         for (const ProfilePoint& point : age.crown) widest = std::max(widest, point.value * age.height);
         const double low = age.crown.front().at * age.height;
         const double high = age.crown.back().at * age.height;
-        for (int tries = 0; static_cast<int>(buds.size()) < recipe.buds && tries < 40 * recipe.buds; ++tries) {
-            const vdt::Vector3 place{random.between(-widest, widest), random.between(low, high),
-                                     random.between(-widest, widest)};
-            const double radius = age.height * ProfileValue(age.crown, place.y / age.height);
-            const double out = std::hypot(place.x, place.z);
-            if (out > radius || out < recipe.hollow * radius * random.real()) continue;
-            buds.push_back({.position = place});
+        return {random.between(-widest, widest), random.between(low, high), random.between(-widest, widest)};
+    }
+
+    vdt::Vector3 placeInClump(const std::vector<vdt::Vector3>& clumps)
+    {
+        const vdt::Vector3& centre = clumps[random.below(static_cast<uint32_t>(clumps.size()))];
+        for (;;) {
+            const vdt::Vector3 way{random.between(-1, 1), random.between(-1, 1), random.between(-1, 1)};
+            if (vdt::Dot(way, way) > 1) continue;
+            return centre + vdt::Vector3{way.x, way.y * recipe.clumpHeight, way.z} * recipe.clumpRadius;
         }
+    }
+
+    bool takesBud(const vdt::Vector3& place)
+    {
+        const double radius = age.height * ProfileValue(age.crown, place.y / age.height);
+        const double out = std::hypot(place.x, place.z);
+        return out <= radius && out >= recipe.hollow * radius * random.real();
     }
 
     // The bare trunk, up into the crown.
@@ -86,6 +111,27 @@ private:
             direction = vdt::Normalized(direction + push);
             place += direction * recipe.step;
             addNode(place, nodes.size() - 1);
+        }
+    }
+
+    // Where the trunk divides at once, all around.
+    void growLeaders()
+    {
+        if (recipe.leaders < 2) return;
+        const uint64_t fork = nodes.size() - 1;
+        const double start = random.between(0, 2 * vdt::kPi);
+        for (int leader = 0; leader < recipe.leaders; ++leader) {
+            const double turn = start + 2 * vdt::kPi * (leader + random.between(-0.25, 0.25)) / recipe.leaders;
+            const double angle = recipe.leaderAngle * random.between(0.6, 1.4) * vdt::kPi / 180;
+            const vdt::Vector3 direction{std::sin(angle) * std::cos(turn), std::cos(angle),
+                                         std::sin(angle) * std::sin(turn)};
+            uint64_t parent = fork;
+            for (double grown = 0; grown < recipe.leaderLength * age.height; grown += recipe.step) {
+                const vdt::Vector3 stray{random.between(-1, 1), random.between(-1, 1), random.between(-1, 1)};
+                const vdt::Vector3 way = vdt::Normalized(direction + stray * recipe.wander);
+                addNode(nodes[parent].position + way * recipe.step, parent);
+                parent = nodes.size() - 1;
+            }
         }
     }
 

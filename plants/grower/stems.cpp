@@ -4,6 +4,9 @@
 // children follows from their distance.
 #include "grower/stems.h"
 
+#include <algorithm>
+#include <iterator>
+
 namespace grower {
 namespace {
 
@@ -56,6 +59,7 @@ public:
             begin = end;
         }
         stretchToHeight();
+        CutTrunkByBark(age, stems);
         return std::move(stems);
     }
 
@@ -94,13 +98,14 @@ private:
         stem.vertices.reserve(count + 1);
         stem.vertices.push_back({.position = start.start});
         vdt::Vector3 direction = start.direction;
+        const double lowest = recipe.clearance.mean > 0 ? random.around(recipe.clearance) : 0;
         for (uint64_t i = 0; i < count; ++i) {
             const double share = static_cast<double>(i) / static_cast<double>(count);
             const double pull = mix(recipe.pull, recipe.pullAtTip, share);
             direction = vdt::Normalized(direction + kUp * pull);
             direction = turnedAway(direction, recipe.wander * random.between(0, 1.6), random.between(0, 360));
             const vdt::Vector3 next = stem.vertices.back().position + direction * step;
-            if (next.y < 0) break; // twigs end above the ground
+            if (next.y < lowest) break; // twigs end above the ground
             stem.vertices.push_back({.position = next});
         }
         if (stem.vertices.size() > 1) stems.push_back(std::move(stem));
@@ -137,7 +142,7 @@ private:
                 childLength *= distanceToEdge(start, direction);
             else
                 childLength *= (onScaffold ? 1 : length) * mix(1, recipe.lengthAtTip, change);
-            childLength = prunedLength(start, direction, childLength);
+            if (!recipe.leavesCrown) childLength = prunedLength(start, direction, childLength);
             if (childLength < recipe.shortest) continue;
             addStem({start, direction, childLength, parentIndex, vertex}, recipe, layer);
         }
@@ -181,6 +186,54 @@ vdt::Vector3 StemDirection(const Stem& stem, uint64_t vertex)
     const uint64_t before = vertex == 0 ? 0 : vertex - 1;
     const uint64_t after = std::min<uint64_t>(vertex + 1, stem.vertices.size() - 1);
     return vdt::Normalized(stem.vertices[after].position - stem.vertices[before].position);
+}
+
+void CutTrunkByBark(const AgeRecipe& age, Stems& stems)
+{
+    // Where the trunk's pieces begin, but for the first; each has two vertices at least.
+    std::vector<uint64_t> cuts;
+    std::vector<int32_t> materials;
+    const uint64_t last = stems[0].vertices.size() - 1;
+    for (const FootBark& bark : age.footBarks) {
+        uint64_t cut = cuts.empty() ? 1 : cuts.back() + 1;
+        while (cut < last && stems[0].vertices[cut].position.y < bark.below * age.height) ++cut;
+        if (cut >= last) break;
+        cuts.push_back(cut);
+        materials.push_back(bark.material);
+    }
+    if (cuts.empty()) return;
+
+    // What stands on the trunk stands on the last piece that has begun below.
+    const uint64_t added = cuts.size();
+    for (size_t i = 1; i < stems.size(); ++i) {
+        Stem& stem = stems[i];
+        if (stem.parent != 0) {
+            stem.parent += added;
+            continue;
+        }
+        const auto piece = std::lower_bound(cuts.begin(), cuts.end(), stem.parentVertex) - cuts.begin();
+        stem.parent = static_cast<uint64_t>(piece);
+        if (piece > 0) stem.parentVertex -= cuts[stem.parent - 1];
+    }
+
+    const Stem trunk = std::move(stems[0]);
+    Stems pieces;
+    for (uint64_t piece = 0; piece <= added; ++piece) {
+        const uint64_t begin = piece == 0 ? 0 : cuts[piece - 1];
+        const uint64_t end = piece == added ? last : cuts[piece];
+        const auto vertexAt = [&](uint64_t vertex) {
+            return trunk.vertices.begin() + static_cast<std::ptrdiff_t>(vertex);
+        };
+        Stem stem{.material = piece == added ? trunk.material : materials[piece],
+                  .vertices = {vertexAt(begin), vertexAt(end) + 1}};
+        if (piece > 0) {
+            stem.parent = piece - 1;
+            stem.parentVertex = pieces.back().vertices.size() - 1;
+        }
+        pieces.push_back(std::move(stem));
+    }
+    stems[0] = std::move(pieces[0]);
+    stems.insert(stems.begin() + 1, std::make_move_iterator(pieces.begin() + 1), std::make_move_iterator(pieces.end()));
 }
 
 Stems GrowStems(const AgeRecipe& age)

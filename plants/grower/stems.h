@@ -33,6 +33,9 @@ vdt::Vector3 StemDirection(const Stem& stem, uint64_t vertex);
 /// The stems of one age, at their final size, without radii.
 Stems GrowStems(const AgeRecipe& age);
 
+/// Cuts the trunk into stems that go on from each other, where its bark changes.
+void CutTrunkByBark(const AgeRecipe& age, Stems& stems);
+
 /// The trunk and the boughs of a scaffold, in a crown of `height`. Gives each stem's thin part: the first vertex
 /// from which on twigs may stand.
 Stems GrowScaffold(const AgeRecipe& age, Random& random, std::vector<uint64_t>& thinFrom);

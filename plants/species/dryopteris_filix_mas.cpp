@@ -172,18 +172,8 @@ SpeciesRecipe DryopterisFilixMas()
         .proxyBark = kRootstock,
         .proxyFoliage = kGreen,
     };
-    const auto skin = [&](Material material, const char* name, const vdt::Color3f& color, uint32_t seed) {
-        AddBark(recipe, {.material = material, .name = name, .paint = [=] {
-                             return PaintSmoothBark({.skin = color,
-                                                     .shade = Scaled(color, 0.75),
-                                                     .pore = {0.50f, 0.34f, 0.18f},
-                                                     .poreShare = 0.12,
-                                                     .seed = seed},
-                                                    64);
-                         }});
-    };
-    skin(kRootstock, "rootstock", {0.36f, 0.26f, 0.17f}, 81);
-    skin(kRib, "rib", {0.56f, 0.55f, 0.27f}, 82);
+    AddSkin(recipe, kRootstock, "rootstock", {0.36f, 0.26f, 0.17f}, 81);
+    AddSkin(recipe, kRib, "rib", {0.56f, 0.55f, 0.27f}, 82);
     AddLeaves(
         recipe, {.shape = kPinna, .veinStrength = 0.6, .spot = {0.42f, 0.27f, 0.14f}, .pale = 0.2, .translucency = 0.5},
         {{kFresh, "fresh leaflet", {0.50f, 0.70f, 0.22f}, {0.56f, 0.74f, 0.28f}, {0.66f, 0.76f, 0.40f}, 83},

@@ -231,18 +231,8 @@ SpeciesRecipe HelianthusAnnuus()
         .proxyBark = kStalk,
         .proxyFoliage = kLeafSummer,
     };
-    const auto skin = [&](Material material, const char* name, const vdt::Color3f& color, uint32_t seed) {
-        AddBark(recipe, {.material = material, .name = name, .paint = [=] {
-                             return PaintSmoothBark({.skin = color,
-                                                     .shade = Scaled(color, 0.8),
-                                                     .pore = Scaled(color, 1.2),
-                                                     .poreShare = 0.1,
-                                                     .seed = seed},
-                                                    64);
-                         }});
-    };
-    skin(kStalk, "stalk", {0.56f, 0.59f, 0.32f}, 71);
-    skin(kDead, "dead wood", {0.46f, 0.36f, 0.25f}, 72);
+    AddSkin(recipe, kStalk, "stalk", {0.56f, 0.59f, 0.32f}, 71);
+    AddSkin(recipe, kDead, "dead wood", {0.46f, 0.36f, 0.25f}, 72);
     // Lozenges that get narrower towards the middle: the spirals of the florets.
     const auto spirals = [&](Material material, const char* name, const vdt::Color3f& floret, const vdt::Color3f& rim,
                              uint32_t seed) {

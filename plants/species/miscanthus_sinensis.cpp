@@ -185,17 +185,17 @@ AgeRecipe adult()
                  .lastLayer = 1,
                  .groups = {kTuft, kOtherTuft},
                  .perVertex = 1.2,
-                 .angle = {0, 20},
+                 .angle = {0, 12},
                  .scale = {1, 0.25},
-                 .droop = -4,
+                 .droop = -5,
                  .faceUp = 0},
                 {.fromLayer = 2,
                  .groups = {kBlades, kOtherBlades},
-                 .firstAt = 0.2,
-                 .perVertex = 0.6,
+                 .firstAt = 0.34,
+                 .perVertex = 0.7,
                  .angle = {0, 4},
                  .scale = {1, 0.25},
-                 .scaleAlong = {{0, 1.1}, {0.6, 1}, {0.85, 0.5}, {1, 0.2}},
+                 .scaleAlong = {{0, 0.8}, {0.5, 1}, {0.85, 0.5}, {1, 0.2}},
                  .faceUp = 0},
                 {.fromLayer = 2,
                  .groups = {kPlume, kOtherPlume},
@@ -273,14 +273,7 @@ SpeciesRecipe MiscanthusSinensis()
         .proxyBark = kStraw,
         .proxyFoliage = kBladeSummer,
     };
-    AddBark(recipe, {.material = kStraw, .name = "straw", .paint = [] {
-                         return PaintSmoothBark({.skin = {0.70f, 0.64f, 0.36f},
-                                                 .shade = {0.58f, 0.54f, 0.28f},
-                                                 .pore = {0.80f, 0.72f, 0.50f},
-                                                 .poreShare = 0.05,
-                                                 .seed = 51},
-                                                64);
-                     }});
+    AddSkin(recipe, kStraw, "straw", {0.72f, 0.65f, 0.40f}, 51);
     AddLeaves(
         recipe,
         {.shape = kBladeShape,

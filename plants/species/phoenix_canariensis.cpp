@@ -155,7 +155,7 @@ AgeRecipe medium()
     age.trunk.segment = 7;
     age.stems[0].spacing = 0.55;
     age.stems[0].firstAt = age.stems[0].changeFrom = 0.86;
-    age.stems[0].angle = {104, 10};
+    age.stems[0].angle = {94, 9};
     age.foliage[1].firstAt = 0.70;
     age.foliage[2].firstAt = 0.88;
     return age;
@@ -175,9 +175,10 @@ AgeRecipe young()
     age.trunk.segment = 4;
     age.stems[0].spacing = 0.85;
     age.stems[0].firstAt = age.stems[0].changeFrom = 0.2;
-    age.stems[0].angle = {84, 10};
+    age.stems[0].angle = {70, 10};
     age.stems[0].segment = 14;
-    age.stems[0].pullAtTip = -0.16;
+    age.stems[0].pullAtTip = -0.11;
+    age.stems[0].clearance = {20, 6};
     age.foliage[0].scale = {0.62, 0.05};
     age.foliage.resize(1);
     return age;
@@ -226,26 +227,16 @@ SpeciesRecipe PhoenixCanariensis()
                      .name = "trunk",
                      .paint =
                          [] {
-                             return PaintScarredBark({.scar = {0.50f, 0.43f, 0.35f},
-                                                      .rim = {0.62f, 0.55f, 0.46f},
-                                                      .fibre = {0.27f, 0.20f, 0.15f},
+                             return PaintScarredBark({.scar = {0.58f, 0.50f, 0.41f},
+                                                      .rim = {0.70f, 0.62f, 0.52f},
+                                                      .fibre = {0.32f, 0.25f, 0.19f},
                                                       .seed = 41},
                                                      512);
                          },
                      .relief = 0.03,
                      .roughness = 0.5f});
-    const auto skin = [&](Material material, const char* name, const vdt::Color3f& color, uint32_t seed) {
-        AddBark(recipe, {.material = material, .name = name, .paint = [=] {
-                             return PaintSmoothBark({.skin = color,
-                                                     .shade = Scaled(color, 0.85),
-                                                     .pore = Scaled(color, 1.15),
-                                                     .poreShare = 0.03,
-                                                     .seed = seed},
-                                                    64);
-                         }});
-    };
-    skin(kRib, "rib", {0.52f, 0.55f, 0.27f}, 42);
-    skin(kBase, "leaf base", {0.62f, 0.46f, 0.24f}, 46);
+    AddSkin(recipe, kRib, "rib", {0.52f, 0.55f, 0.27f}, 42);
+    AddSkin(recipe, kBase, "leaf base", {0.62f, 0.46f, 0.24f}, 46);
     AddLeaves(recipe,
               {.shape = kLeafletShape,
                .veinStrength = 0.5,

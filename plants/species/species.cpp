@@ -7,8 +7,10 @@ namespace grower {
 const std::vector<SpeciesRecipe>& DefaultSpecies()
 {
     static const std::vector<SpeciesRecipe> species{
-        BetulaPendula(),      DryopterisFilixMas(), HelianthusAnnuus(), HydrangeaMacrophylla(), LavandulaAngustifolia(),
-        MiscanthusSinensis(), PhoenixCanariensis(), PiceaAbies(),       PrunusSerrulata(),      QuercusRobur()};
+        AcerPalmatum(),          BetulaPendula(),      DryopterisFilixMas(), HelianthusAnnuus(), HydrangeaMacrophylla(),
+        LavandulaAngustifolia(), MiscanthusSinensis(), PhoenixCanariensis(), PiceaAbies(),       PinusSylvestris(),
+        PopulusNigraItalica(),   PrunusSerrulata(),    QuercusRobur(),       SalixBabylonica(),
+    };
     return species;
 }
 

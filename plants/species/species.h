@@ -5,6 +5,7 @@
 
 namespace grower {
 
+SpeciesRecipe AcerPalmatum();
 SpeciesRecipe BetulaPendula();
 SpeciesRecipe DryopterisFilixMas();
 SpeciesRecipe HelianthusAnnuus();
@@ -13,7 +14,10 @@ SpeciesRecipe LavandulaAngustifolia();
 SpeciesRecipe MiscanthusSinensis();
 SpeciesRecipe PhoenixCanariensis();
 SpeciesRecipe PiceaAbies();
+SpeciesRecipe PinusSylvestris();
+SpeciesRecipe PopulusNigraItalica();
 SpeciesRecipe PrunusSerrulata();
 SpeciesRecipe QuercusRobur();
+SpeciesRecipe SalixBabylonica();
 
 } // namespace grower

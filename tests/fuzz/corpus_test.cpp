@@ -62,5 +62,9 @@ TEST(Corpus, GeoKeepsItsPromises)
 {
     replay("geo", FuzzGeo);
 }
+TEST(Corpus, PlantsOfAnyNumbersKeepTheirPromises)
+{
+    replay("plant", FuzzPlant);
+}
 
 } // namespace vdt::test

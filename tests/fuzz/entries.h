@@ -11,5 +11,6 @@ std::string FuzzEventParser(std::string_view input);
 std::string FuzzModelReader(std::string_view input);
 std::string FuzzInflateStream(std::string_view input);
 std::string FuzzGeo(std::string_view input);
+std::string FuzzPlant(std::string_view input);
 
 } // namespace vdt::test

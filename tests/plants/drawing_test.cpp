@@ -23,6 +23,15 @@ LeafShape toothedLeaf()
     return {.halfWidth = {{0, 0.05}, {0.3, 0.4}, {0.6, 0.25}, {1, 0}}, .stalk = 0.4, .teeth = 9, .toothDepth = 0.2};
 }
 
+LeafShape palmateLeaf(double angle)
+{
+    LeafShape shape{.halfWidth = {{0, 0.05}, {0.4, 0.14}, {0.7, 0.08}, {1, 0}}, .stalk = 0.5, .teeth = 9};
+    shape.toothDepth = 0.2;
+    shape.fingers = 3;
+    shape.fingerAngle = angle;
+    return shape;
+}
+
 LeafShape randomLeaf(Random& random)
 {
     LeafShape shape{.stalk = random.between(0, 0.6)};
@@ -117,7 +126,7 @@ TEST(Bark, NormalsLeanAwayFromTheRise)
 TEST(LeafPicture, ShowsTheOutlineInItsAlphaAndNoForeignColourBesideIt)
 {
     const LeafPaint paint{.blade = {0.2f, 0.5f, 0.1f}, .margin = {0.3f, 0.6f, 0.2f}, .vein = {0.7f, 0.8f, 0.5f}};
-    for (const LeafShape& shape : {lobedLeaf(), toothedLeaf()}) {
+    for (const LeafShape& shape : {lobedLeaf(), toothedLeaf(), palmateLeaf(38)}) {
         constexpr uint32_t kSize = 96;
         const Image image = PaintLeaf(shape, paint, kSize);
         const double whole = 1 + shape.stalk;
@@ -139,6 +148,22 @@ TEST(LeafPicture, ShowsTheOutlineInItsAlphaAndNoForeignColourBesideIt)
     }
 }
 
+TEST(LeafPicture, OfAPalmateLeafShowsAllItsFingersAndTheGapsBetweenThem)
+{
+    const LeafShape shape = palmateLeaf(38);
+    double share = 1;
+    for (int finger = 0; finger <= shape.fingers; ++finger, share *= shape.fingerShare) {
+        const auto isOn = [&](double angle, double radius) {
+            const double radians = angle * vdt::kPi / 180;
+            return IsOnLeaf(shape, -radius * std::sin(radians), radius * std::cos(radians));
+        };
+        const double angle = finger * shape.fingerAngle;
+        for (double radius = 0.05; radius < 0.97; radius += 0.05) EXPECT_TRUE(isOn(angle, radius * share)) << angle;
+        EXPECT_FALSE(isOn(angle, 1.02 * share)) << angle;
+        EXPECT_FALSE(isOn(angle + 0.5 * shape.fingerAngle, 0.7 * share)) << angle;
+    }
+}
+
 bool holds(const vdt::Mesh& mesh, uint64_t polygon, double u, double v)
 {
     bool inside = false;
@@ -155,7 +180,7 @@ bool holds(const vdt::Mesh& mesh, uint64_t polygon, double u, double v)
 TEST(LeafMesh, CutsNothingOffTheLeafAndFacesUp)
 {
     Random random(3);
-    std::vector<LeafShape> shapes{lobedLeaf(), toothedLeaf()};
+    std::vector<LeafShape> shapes{lobedLeaf(), toothedLeaf(), palmateLeaf(25), palmateLeaf(38)};
     while (shapes.size() < 40) shapes.push_back(randomLeaf(random));
     for (size_t i = 0; i < shapes.size(); ++i) {
         SCOPED_TRACE(i);

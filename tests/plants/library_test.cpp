@@ -128,16 +128,22 @@ TEST(PlantLibrary, ReadsWithoutAWordAsSoundPlantsInEveryLanguage)
 TEST(PlantLibrary, HasTheHeightsAndTheRichnessOfItsSpecies)
 {
     using Heights = std::array<std::array<double, 2>, 3>; // of the wood, centimetres, lowest and highest, by age
-    const std::map<std::string, Heights> species = {{"Betula pendula", {{{200, 500}, {700, 1300}, {1500, 2600}}}},
-                                                    {"Dryopteris filix-mas", {{{20, 45}, {50, 85}, {80, 130}}}},
-                                                    {"Helianthus annuus", {{{40, 80}, {90, 150}, {150, 300}}}},
-                                                    {"Hydrangea macrophylla", {{{35, 70}, {75, 125}, {120, 220}}}},
-                                                    {"Lavandula angustifolia", {{{8, 25}, {20, 40}, {30, 60}}}},
-                                                    {"Miscanthus sinensis", {{{50, 100}, {100, 150}, {150, 220}}}},
-                                                    {"Phoenix canariensis", {{{150, 350}, {400, 800}, {900, 1500}}}},
-                                                    {"Picea abies", {{{150, 400}, {600, 1300}, {1800, 3500}}}},
-                                                    {"Prunus serrulata", {{{150, 350}, {350, 650}, {600, 1000}}}},
-                                                    {"Quercus robur", {{{200, 600}, {700, 1400}, {1500, 3000}}}}};
+    const std::map<std::string, Heights> species = {
+        {"Acer palmatum", {{{80, 200}, {200, 400}, {400, 700}}}},
+        {"Betula pendula", {{{200, 500}, {700, 1300}, {1500, 2600}}}},
+        {"Dryopteris filix-mas", {{{20, 45}, {50, 85}, {80, 130}}}},
+        {"Helianthus annuus", {{{40, 80}, {90, 150}, {150, 300}}}},
+        {"Hydrangea macrophylla", {{{35, 70}, {75, 125}, {120, 220}}}},
+        {"Lavandula angustifolia", {{{8, 25}, {20, 40}, {30, 60}}}},
+        {"Miscanthus sinensis", {{{50, 100}, {100, 150}, {150, 220}}}},
+        {"Phoenix canariensis", {{{150, 350}, {400, 800}, {900, 1500}}}},
+        {"Picea abies", {{{150, 400}, {600, 1300}, {1800, 3500}}}},
+        {"Pinus sylvestris", {{{200, 500}, {700, 1400}, {1600, 3000}}}},
+        {"Populus nigra Italica", {{{200, 600}, {800, 1500}, {2000, 3200}}}},
+        {"Prunus serrulata", {{{150, 350}, {350, 650}, {600, 1000}}}},
+        {"Quercus robur", {{{200, 600}, {700, 1400}, {1500, 3000}}}},
+        {"Salix babylonica", {{{200, 500}, {500, 900}, {1000, 1500}}}},
+    };
     // Of few parts, but large ones: how many vertices and places of foliage there are at least.
     const std::map<std::string, size_t> ofFewParts{{"Dryopteris filix-mas", 400},
                                                    {"Helianthus annuus", 20},
@@ -162,10 +168,16 @@ TEST(PlantLibrary, HasTheHeightsAndTheRichnessOfItsSpecies)
         const auto few = ofFewParts.find(grown.recipe->name);
         EXPECT_GT(before, few != ofFewParts.end() ? few->second : isTree ? 10000u : 2000u);
         EXPECT_GT(adult.skeleton.connectors.size(), few != ofFewParts.end() ? few->second : isTree ? 20000u : 2000u);
-        RecordingMessages messages;
-        vdt::Mesh mesh;
-        vdt::BuildPlantMesh(adult, {.season = "summer"}, mesh, messages);
-        EXPECT_LT(mesh.PolygonCount(), 1500000u);
+        for (const vdt::ModelVariant& variant : grown.model.variants) {
+            RecordingMessages messages;
+            vdt::Mesh mesh;
+            vdt::BuildPlantMesh(variant, {.season = "summer"}, mesh, messages);
+            EXPECT_LT(mesh.PolygonCount(), 1500000u);
+            vdt::Box wood, whole;
+            variant.skeleton.GetBounds(wood, vdt::BoundsMode::BranchPoints);
+            mesh.GetBounds(whole);
+            EXPECT_GT(whole.min.y, -0.07 * wood.max.y) << variant.name << " hangs into the ground";
+        }
     }
 }
 

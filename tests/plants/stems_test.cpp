@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
+
 namespace grower {
 namespace {
 
@@ -178,6 +180,29 @@ TEST(Foliage, FacesTheUpperSideAndIsScaledAlongTheStemsOfItsLayers)
     EXPECT_NEAR(static_cast<double>(onTrunk), static_cast<double>(stems[0].vertices.size()), 2);
 }
 
+TEST(Stems, ThatMayLeaveTheCrownHangBesideItDownToTheirClearance)
+{
+    for (const auto make : {smallTree, smallScaffold}) {
+        AgeRecipe age = make(6);
+        age.stems.resize(1);
+        age.stems.push_back({.spacing = 10,
+                             .length = {30, 5},
+                             .segment = 10,
+                             .pull = -0.5,
+                             .pullAtTip = -0.5,
+                             .leavesCrown = true,
+                             .clearance = {60, 20}});
+        int low = 0;
+        for (const Stem& stem : GrowStems(age)) {
+            if (stem.layer != 2) continue;
+            const Vector3& tip = stem.vertices.back().position;
+            EXPECT_GE(tip.y, 40) << "stretching to the height moves it a little up, if at all";
+            low += tip.y < 110 && tip.y / age.height < age.crown.front().at + 0.02;
+        }
+        EXPECT_GT(low, 30);
+    }
+}
+
 TEST(Scaffold, ServesTheBudsAndEndsWhereNoneIsInReach)
 {
     // Wood comes near to almost every place of the crown.
@@ -208,6 +233,68 @@ TEST(Scaffold, ServesTheBudsAndEndsWhereNoneIsInReach)
     sparse.scaffold->buds = 2;
     sparse.scaffold->reach = 40;
     EXPECT_LT(GrowScaffold(sparse, growth, thinFrom).size(), 60u);
+}
+
+TEST(Scaffold, KeepsItsWoodInClumpsAndOnLeaders)
+{
+    AgeRecipe age = smallScaffold(5);
+    age.stems.clear();
+    const auto meanDistanceToWood = [&] {
+        const std::vector<Vector3> positions = positionsOf(GrowStems(age));
+        Random random(9);
+        double sum = 0;
+        for (int i = 0; i < 200; ++i) {
+            const Vector3 place{random.between(-100, 100), random.between(200, 400), random.between(-100, 100)};
+            double nearest = 1e9;
+            for (const Vector3& position : positions) nearest = std::min(nearest, vdt::Length(position - place));
+            sum += nearest / 200;
+        }
+        return sum;
+    };
+    const double even = meanDistanceToWood();
+    age.scaffold->clumps = 8;
+    age.scaffold->clumpRadius = 40;
+    EXPECT_GT(meanDistanceToWood(), 1.3 * even) << "clumps leave gaps";
+
+    // Leaders alone, and at one fork: with hardly a bud nothing else grows.
+    age.scaffold->buds = 1;
+    age.scaffold->reach = 33;
+    for (const int leaders : {2, 5}) {
+        age.scaffold->leaders = leaders;
+        std::map<uint64_t, int> forks;
+        for (const Stem& stem : GrowStems(age))
+            if (stem.parent == 0) ++forks[stem.parentVertex];
+        EXPECT_GE(forks.begin()->second, leaders - 1);
+    }
+}
+
+TEST(Stems, ATrunkOfSeveralBarksIsTheSameWoodInPieces)
+{
+    for (AgeRecipe age : trees()) {
+        SCOPED_TRACE(age.seed);
+        age.trunk.material = 1;
+        Stems whole = GrowStems(age);
+        age.footBarks = {{0.05, 8}, {0.12, 9}, {2, 7}}; // the last would leave no trunk
+        Stems cut = GrowStems(age);
+        ASSERT_EQ(cut.size(), whole.size() + 2);
+        EXPECT_EQ(cut[0].material, 8);
+        EXPECT_EQ(cut[1].material, 9);
+        EXPECT_EQ(cut[2].material, 1);
+        EXPECT_GE(cut[0].vertices.back().position.y, 0.05 * age.height);
+        EXPECT_GE(cut[1].vertices.back().position.y, 0.12 * age.height);
+        for (size_t i = 1; i < cut.size(); ++i) {
+            ASSERT_LT(cut[i].parent, i);
+            const std::vector<StemVertex>& parent = cut[cut[i].parent].vertices;
+            ASSERT_LT(cut[i].parentVertex, parent.size());
+            EXPECT_EQ(cut[i].vertices[0].position, parent[cut[i].parentVertex].position);
+            EXPECT_GT(cut[i].parentVertex, 0u);
+            EXPECT_TRUE(i < 3 || cut[i].vertices.back().position == whole[i - 2].vertices.back().position);
+        }
+
+        // Thickness falls on from piece to piece.
+        ThickenStems(age, cut);
+        for (const size_t i : {1u, 2u}) EXPECT_LE(cut[i].vertices[0].radius, cut[i - 1].vertices.back().radius);
+    }
 }
 
 TEST(Thickness, ATrunkWithoutBranchesStillTapersToItsTip)
@@ -244,6 +331,10 @@ TEST(Recipe, FaultsAreToldAndTheDefaultOnesHaveNone)
         {"young's crown does not rise", [](SpeciesRecipe& r) { r.ages[0].crown[1].at = 0; }},
         {"young has stems outside of their parents", [](SpeciesRecipe& r) { r.ages[0].stems[0].lastAt = 1.1; }},
         {"young's scaffold never reaches its buds", [](SpeciesRecipe& r) { r.ages[0].scaffold->nearEnough = 1; }},
+        {"adult has a foot of a material that is not there",
+         [](SpeciesRecipe& r) {
+             r.ages[2].footBarks = {{0.1, 77}};
+         }},
         {"young has foliage on no stems", [](SpeciesRecipe& r) { r.ages[0].foliage[0].fromLayer = 9; }},
         {"young has foliage of group 77", [](SpeciesRecipe& r) { r.ages[0].foliage[0].groups = {77}; }},
         {"the proxy has materials that are not there", [](SpeciesRecipe& r) { r.proxyBark = 77; }},

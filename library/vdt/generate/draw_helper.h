@@ -24,9 +24,9 @@ public:
 };
 
 struct DrawOptions {
-    std::string_view season;                   // foliage without a season is drawn in all
+    std::string_view season{};                 // foliage without a season is drawn in all
     const std::map<int32_t, Color3f>& colours; // by material id
-    Color3f defaultColour;                     // of other materials
+    Color3f defaultColour{};                   // of other materials
     bool shaded = false;                       // darker towards the crown's centre
     uint64_t maxSegments = 0;                  // no further branch is begun once there are so many
     uint64_t maxPoints = 0;

@@ -2,6 +2,7 @@
 
 #include "vdt/generate/foliage.h"
 #include "vdt/generate/leaf_mesh.h"
+#include "vdt/memory/prefetch.h"
 #include "vdt/skeleton/walker.h"
 
 #include <limits>
@@ -55,7 +56,7 @@ public:
             // Made where it belongs: to copy a sample that was just written is to wait for it.
             void* const place = &samples[i];
             if (cursor < segments.size()) {
-                if (!segment || cursor != before) segment.emplace(makeSegment(segments[cursor]));
+                if (!segment || cursor != before) segment.emplace(makeSegment(cursor));
                 ::new (place) CloudSample(segment->Sample(t, random));
             } else {
                 if (!leaf || cursor != before) leaf.emplace(makeLeaf(leaves[cursor - segments.size()]));
@@ -120,8 +121,16 @@ private:
         }
     }
 
-    ConicalFrustrum makeSegment(const Segment& source) const
+    ConicalFrustrum makeSegment(uint64_t index) const
     {
+        // Branches lie anywhere in memory, so what later segments look at is brought near: the point by its vertex.
+        constexpr uint64_t kAhead = 6;
+        if (index + 2 * kAhead < segments.size()) {
+            Prefetch(*segments[index + 2 * kAhead].top);
+            Prefetch(variant.skeleton.points[segments[index + kAhead].top->point]);
+        }
+
+        const Segment& source = segments[index];
         const SkeletonVertex& top = *source.top;
         const SkeletonPoint& topPoint = variant.skeleton.points[top.point];
         const SkeletonPoint& basePoint = variant.skeleton.points[top.prev->point];
