@@ -1,5 +1,5 @@
 // Pictures of bark that repeat around and along a branch. They are painted for one turn around the branch and as
-// much along it.
+// much along it, or several times as much, so that a trunk does not show that they repeat.
 #pragma once
 
 #include "grower/image.h"
@@ -16,8 +16,10 @@ struct Bark {
 struct PaperBarkPaint {
     vdt::Color3f paper, peel, pore, patch;
     double patchShare = 0.15; // how much of the stem the patches cover
+    int turns = 1;            // how much of the stem is shown
     uint32_t seed = 1;
 };
+/// `size` is the picture's width.
 Bark PaintPaperBark(const PaperBarkPaint& paint, uint32_t size);
 
 /// Ridges along the stem with cracks between them.
@@ -26,6 +28,7 @@ struct RidgedBarkPaint {
     int ridges = 14;        // around the stem
     int plates = 6;         // along one turn's length
     double mossShare = 0.1; // how much of the ridges is green
+    int turns = 1;          // how much of the stem is shown
     uint32_t seed = 1;
 };
 Bark PaintRidgedBark(const RidgedBarkPaint& paint, uint32_t size);
@@ -46,5 +49,9 @@ struct ScarredBarkPaint {
     uint32_t seed = 1;
 };
 Bark PaintScarredBark(const ScarredBarkPaint& paint, uint32_t size);
+
+/// `below` at the lower edge and `above` at the upper one, two pictures of one size. They meet in the middle `share` of
+/// the height, first in spots.
+Bark BlendBarks(const Bark& below, const Bark& above, double share, uint32_t seed);
 
 } // namespace grower

@@ -63,7 +63,7 @@ Image NormalsOfHeights(const Image& heights, double steepness)
             const double alongU = heights.at((x + 1) % width, y).r - heights.at((x + width - 1) % width, y).r;
             const double alongV = heights.at(x, (y + height - 1) % height).r - heights.at(x, (y + 1) % height).r;
             const vdt::Vector3 normal =
-                vdt::Normalized({-alongU * steepness * width / 2, -alongV * steepness * height / 2, 1});
+                vdt::Normalized({-alongU * steepness * width / 2, -alongV * steepness * width / 2, 1});
             normals.at(x, y) = {static_cast<float>(normal.x * 0.5 + 0.5), static_cast<float>(normal.y * 0.5 + 0.5),
                                 static_cast<float>(normal.z * 0.5 + 0.5), 1};
         }

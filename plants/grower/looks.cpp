@@ -27,7 +27,7 @@ void AddBark(SpeciesRecipe& recipe, const BarkLook& look)
         };
         recipe.textures.push_back({side.normal, draw});
     }
-    recipe.materials.push_back({.id = look.material, .name = look.name, .front = std::move(side)});
+    recipe.materials.push_back({.id = look.material, .name = look.name, .front = std::move(side), .turns = look.turns});
 }
 
 void AddSkin(SpeciesRecipe& recipe, int32_t material, const char* name, const vdt::Color3f& color, uint32_t seed)

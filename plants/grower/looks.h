@@ -13,6 +13,7 @@ struct BarkLook {
     int32_t material = 0;
     std::string name{};
     std::function<Bark()> paint{};
+    int turns = 1;     // that the painted bark is long
     double relief = 0; // steepness of the normals' picture; without one at 0
     float roughness = 0.3f;
     vdt::Color3f gloss{};

@@ -4,6 +4,7 @@
 #include "grower/vocabulary.h"
 
 #include <algorithm>
+#include <map>
 
 namespace grower {
 namespace {
@@ -67,6 +68,15 @@ void addFoliage(vdt::Skeleton& skeleton, const Stems& stems, const Stem& stem, c
     }
 }
 
+// Shortens the bark's coordinates by the length of its pictures.
+void fitBark(const SpeciesRecipe& recipe, Stems& stems)
+{
+    std::map<int32_t, int> turns;
+    for (const MaterialRecipe& material : recipe.materials) turns[material.id] = material.turns;
+    for (Stem& stem : stems)
+        for (StemVertex& vertex : stem.vertices) vertex.barkV /= turns.at(stem.material);
+}
+
 } // namespace
 
 vdt::Skeleton BuildSkeleton(const AgeRecipe& age, const Stems& stems)
@@ -121,6 +131,7 @@ vdt::ModelVariant GrowVariant(const SpeciesRecipe& recipe, const AgeRecipe& age)
 
     Stems stems = GrowStems(age);
     ThickenStems(age, stems);
+    fitBark(recipe, stems);
     variant.skeleton = BuildSkeleton(age, stems);
     for (const OrganRecipe& organ : recipe.organs) {
         auto mesh = std::make_unique<vdt::Mesh>();

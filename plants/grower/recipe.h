@@ -75,7 +75,8 @@ struct FoliageRule {
     bool upperSide = false; // "the sky" is the stem's own upper side, which at its foot is that of the parent's tip
 };
 
-/// Bark that only the trunk's foot has, up to a height above its flare.
+/// Bark that only the trunk's foot has, up to a height above its flare. What stands higher is a branch further from the
+/// root, which meshes round less: best begun where leaves hide it.
 struct FootBark {
     double below = 0.1; // of the plant's height
     int32_t material = 0;
@@ -125,6 +126,7 @@ struct MaterialRecipe {
     std::string name{};
     SideRecipe front{};
     std::optional<SideRecipe> back{};
+    int turns = 1;           // on stems: how many turns around the stem the pictures are long
     bool cutOut = false;     // the front's texture has the outline in its alpha
     double translucency = 0; // how strongly light comes through, 0 to 1
     double depth = 0;        // how thick that is, model units

@@ -5,7 +5,18 @@
 namespace grower {
 namespace {
 
-enum Material : int32_t { kTrunk, kBough, kTwig, kLeafSpring, kLeafSummer, kLeafAutumn, kLeafGold, kCatkin };
+enum Material : int32_t {
+    kTrunk,
+    kFoot,
+    kMiddle,
+    kBough,
+    kTwig,
+    kLeafSpring,
+    kLeafSummer,
+    kLeafAutumn,
+    kLeafGold,
+    kCatkin
+};
 enum Group : int32_t { kSpray, kOtherSpray, kSparseSpray, kCatkins };
 
 // Rhombic with a long tip, widest near the base, doubly toothed.
@@ -26,8 +37,9 @@ Bark trunkBark()
                            .pore = {0.22f, 0.19f, 0.17f},
                            .patch = {0.15f, 0.135f, 0.125f},
                            .patchShare = 0.14,
+                           .turns = 4,
                            .seed = 11},
-                          512);
+                          384);
 }
 
 Bark boughBark()
@@ -313,7 +325,7 @@ SpeciesRecipe BetulaPendula()
         .proxyBark = kTrunk,
         .proxyFoliage = kLeafSummer,
     };
-    AddBark(recipe, {.material = kTrunk, .name = "trunk", .paint = trunkBark, .relief = 0.02});
+    AddBark(recipe, {.material = kTrunk, .name = "trunk", .paint = trunkBark, .turns = 4, .relief = 0.02});
     AddBark(recipe, {.material = kBough, .name = "bough", .paint = boughBark});
     AddBark(recipe,
             {.material = kTwig, .name = "twig", .paint = twigBark, .roughness = 0, .gloss = {0.04f, 0.04f, 0.04f}});

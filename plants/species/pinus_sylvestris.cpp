@@ -6,7 +6,7 @@
 namespace grower {
 namespace {
 
-enum Material : int32_t { kFoot, kMiddle, kTrunk, kTwig, kNeedles, kFreshNeedles, kWinterNeedles, kCone };
+enum Material : int32_t { kTrunk, kBough, kTwig, kNeedles, kFreshNeedles, kWinterNeedles, kCone };
 enum Group : int32_t { kTuft, kOtherTuft, kTip, kCones };
 
 // A shoot with its needles, drawn as one leaf: long lobes that lean to the tip, a bottle brush.
@@ -19,40 +19,35 @@ const LeafShape kBrush{
     .veins = 0,
 };
 
-Bark footBark()
-{
-    return PaintRidgedBark({.ridge = {0.46f, 0.38f, 0.33f},
-                            .crack = {0.17f, 0.12f, 0.10f},
-                            .moss = {0.44f, 0.43f, 0.36f},
-                            .ridges = 13,
-                            .plates = 7,
-                            .mossShare = 0.14,
-                            .seed = 141},
-                           512);
-}
+constexpr int kTrunkTurns = 9; // around the trunk, up to the crown
 
-Bark middleBark()
-{
-    return PaintRidgedBark({.ridge = {0.68f, 0.44f, 0.28f},
-                            .crack = {0.38f, 0.22f, 0.14f},
-                            .moss = {0.48f, 0.38f, 0.31f},
-                            .ridges = 16,
-                            .plates = 12,
-                            .mossShare = 0.45,
-                            .seed = 142},
-                           256);
-}
-
-// Papery flakes.
-Bark trunkBark()
+// Papery orange flakes.
+Bark flakes(uint32_t size, int turns)
 {
     return PaintPaperBark({.paper = {0.80f, 0.50f, 0.27f},
                            .peel = {0.62f, 0.34f, 0.18f},
                            .pore = {0.66f, 0.40f, 0.22f},
                            .patch = {0.62f, 0.38f, 0.22f},
                            .patchShare = 0.25,
-                           .seed = 143},
-                          256);
+                           .turns = turns,
+                           .seed = 141},
+                          size);
+}
+
+// From thick grey plates to flakes.
+Bark trunkBark()
+{
+    constexpr uint32_t kSize = 256;
+    const Bark plates = PaintRidgedBark({.ridge = {0.47f, 0.38f, 0.32f},
+                                         .crack = {0.18f, 0.13f, 0.11f},
+                                         .moss = {0.58f, 0.42f, 0.32f},
+                                         .ridges = 13,
+                                         .plates = 7,
+                                         .mossShare = 0.3,
+                                         .turns = kTrunkTurns,
+                                         .seed = 142},
+                                        kSize);
+    return BlendBarks(plates, flakes(kSize, kTrunkTurns), 0.4, 143);
 }
 
 Bark twigBark()
@@ -131,7 +126,7 @@ AgeRecipe adult()
         .flare = 0.35,
         .flareHeight = 30,
         .crown = {{0.56, 0.07}, {0.64, 0.16}, {0.74, 0.215}, {0.84, 0.245}, {0.92, 0.225}, {0.97, 0.16}, {1.0, 0.07}},
-        .footBarks = {{0.30, kFoot}, {0.44, kMiddle}},
+        .footBarks = {{0.6, kTrunk}},
         .scaffold = ScaffoldRecipe{.buds = 3000,
                                    .reach = 460,
                                    .nearEnough = 38,
@@ -144,7 +139,7 @@ AgeRecipe adult()
                                    .clumpHeight = 0.42,
                                    .clearance = 0.06,
                                    .twigWood = 300,
-                                   .material = kTrunk,
+                                   .material = kBough,
                                    .thinMaterial = kTwig},
         .stems =
             {
@@ -213,7 +208,7 @@ AgeRecipe medium()
     age.trunkRadius = 11;
     age.flareHeight = 14;
     age.crown = {{0.28, 0.08}, {0.4, 0.2}, {0.55, 0.23}, {0.7, 0.21}, {0.85, 0.14}, {0.95, 0.07}, {1.0, 0.02}};
-    age.footBarks = {{0.18, kFoot}, {0.32, kMiddle}};
+    age.footBarks = {{0.4, kTrunk}};
     age.scaffold->buds = 1300;
     age.scaffold->reach = 300;
     age.scaffold->nearEnough = 34;
@@ -233,9 +228,9 @@ AgeRecipe young()
     age.flare = 0.1;
     age.flareHeight = 6;
     age.crown = {{0.04, 0.2}, {0.12, 0.28}, {0.28, 0.29}, {0.5, 0.22}, {0.75, 0.13}, {1.0, 0.03}};
-    age.footBarks = {{0.3, kMiddle}};
+    age.footBarks.clear();
     age.scaffold.reset();
-    age.trunk = {.segment = 10, .wander = 1, .pull = 0.3, .pullAtTip = 0.3, .material = kTrunk};
+    age.trunk = {.segment = 10, .wander = 1, .pull = 0.3, .pullAtTip = 0.3, .material = kBough};
     age.stems = {{.spacing = 6,
                   .firstAt = 0.05,
                   .lastAt = 0.97,
@@ -301,9 +296,13 @@ SpeciesRecipe PinusSylvestris()
         .proxyFoliage = kNeedles,
         .storeProxy = true,
     };
-    AddBark(recipe, {.material = kFoot, .name = "foot", .paint = footBark, .relief = 0.04, .roughness = 0.5f});
-    AddBark(recipe, {.material = kMiddle, .name = "middle of the trunk", .paint = middleBark, .roughness = 0.4f});
-    AddBark(recipe, {.material = kTrunk, .name = "trunk", .paint = trunkBark});
+    AddBark(recipe, {.material = kTrunk,
+                     .name = "trunk",
+                     .paint = trunkBark,
+                     .turns = kTrunkTurns,
+                     .relief = 0.03,
+                     .roughness = 0.5f});
+    AddBark(recipe, {.material = kBough, .name = "bough", .paint = [] { return flakes(256, 1); }});
     AddBark(recipe, {.material = kTwig, .name = "twig", .paint = twigBark});
     const vdt::Color3f shoot{0.48f, 0.38f, 0.24f};
     AddLeaves(

@@ -10,7 +10,7 @@ namespace vdt::test {
 namespace {
 
 // Empty if all is well with a vertex that is not its branch's first.
-std::string faultOf(const Skeleton& skeleton, const SkeletonVertex& vertex)
+std::string faultOf(const Skeleton& skeleton, const SkeletonVertex& vertex, int barkTurns)
 {
     const VertexAttributes& own = vertex.attributes;
     const VertexAttributes& before = vertex.prev->attributes;
@@ -19,8 +19,8 @@ std::string faultOf(const Skeleton& skeleton, const SkeletonVertex& vertex)
     if (!(own.radius > 0) || own.radius > before.radius) return "is thicker than the vertex before";
     if (own.tex_v < before.tex_v) return "has bark that runs backwards";
 
-    // Over a piece, v rises by its length in circumferences; files keep three digits of it.
-    const double turns = piece / (kPi * (own.radius + before.radius));
+    // Over a piece, v rises by its length in pictures of the bark; files keep three digits of it.
+    const double turns = piece / (kPi * (own.radius + before.radius) * barkTurns);
     if (std::fabs(own.tex_v - before.tex_v - turns) > 0.002 + 0.01 * turns) return "has stretched bark";
     return {};
 }
@@ -37,7 +37,7 @@ std::string faultOfFirst(const Skeleton& skeleton, const SkeletonVertex& first)
 
 } // namespace
 
-testing::AssertionResult CheckPlant(const Skeleton& skeleton)
+testing::AssertionResult CheckPlant(const Skeleton& skeleton, const std::map<int32_t, int>& barkTurns)
 {
     const testing::AssertionResult links = CheckSkeleton(skeleton);
     if (!links) return links;
@@ -53,7 +53,7 @@ testing::AssertionResult CheckPlant(const Skeleton& skeleton)
         vertexCount += skeleton.VertexCount(branch);
         std::string fault = faultOfFirst(skeleton, *first);
         for (const SkeletonVertex* vertex = first; vertex && fault.empty(); vertex = vertex->next) {
-            if (vertex->prev) fault = faultOf(skeleton, *vertex);
+            if (vertex->prev) fault = faultOf(skeleton, *vertex, barkTurns.at(skeleton.branches[branch].matid));
             const Matrix frame = ToMatrix(vertex->attributes.orient, {0, 0, 0});
             if (Dot(frame.row(2), Normalized(VertexTangent(skeleton, *vertex))) < 0.999) fault = "looks off its branch";
         }

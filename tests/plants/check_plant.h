@@ -5,10 +5,13 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
+
 namespace vdt::test {
 
 /// One tree of the grower: whole, rooted at the origin, above the ground, thinning towards its tips, with bark that is
 /// not stretched and frames that follow the branches.
-testing::AssertionResult CheckPlant(const Skeleton& skeleton);
+/// `barkTurns` gives for each material how many turns around a branch its pictures are long.
+testing::AssertionResult CheckPlant(const Skeleton& skeleton, const std::map<int32_t, int>& barkTurns);
 
 } // namespace vdt::test

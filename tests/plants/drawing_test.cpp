@@ -77,15 +77,15 @@ TEST(Profile, PassesThroughItsPointsAndIsNothingOutside)
 std::pair<double, double> stepsOf(const Image& image, bool columns)
 {
     double inside = 0, seam = 0;
-    const uint32_t size = image.width;
-    for (uint32_t line = 0; line < size; ++line) {
+    const uint32_t size = columns ? image.width : image.height;
+    for (uint32_t line = 0; line < (columns ? image.height : image.width); ++line) {
         for (uint32_t i = 0; i < size; ++i) {
             const auto pixel = [&](uint32_t at) { return columns ? image.at(at, line) : image.at(line, at); };
             const vdt::Color4f a = pixel(i), b = pixel((i + 1) % size);
             (i + 1 == size ? seam : inside) += std::fabs(a.r - b.r) + std::fabs(a.g - b.g) + std::fabs(a.b - b.b);
         }
     }
-    return {inside / (size * (size - 1.0)), seam / size};
+    return {inside / (size - 1.0), seam};
 }
 
 TEST(Bark, HasNoSeamAroundOrAlongTheStem)
@@ -93,6 +93,9 @@ TEST(Bark, HasNoSeamAroundOrAlongTheStem)
     constexpr uint32_t kSize = 128;
     const Bark barks[] = {
         PaintPaperBark({.paper = {0.9f, 0.9f, 0.9f}, .peel = {0.7f, 0.6f, 0.5f}, .pore = {}, .patch = {}}, kSize),
+        PaintPaperBark({.paper = {0.9f, 0.9f, 0.9f}, .peel = {0.7f, 0.6f, 0.5f}, .pore = {}, .patch = {}, .turns = 3},
+                       kSize),
+        PaintRidgedBark({.ridge = {0.6f, 0.5f, 0.4f}, .crack = {}, .moss = {0.3f, 0.5f, 0.2f}, .turns = 2}, kSize),
         PaintRidgedBark({.ridge = {0.6f, 0.5f, 0.4f}, .crack = {}, .moss = {0.3f, 0.5f, 0.2f}}, kSize),
         PaintSmoothBark({.skin = {0.6f, 0.4f, 0.3f}, .shade = {0.2f, 0.1f, 0.1f}, .pore = {0.9f, 0.9f, 0.9f}}, kSize),
         PaintScarredBark({.scar = {0.6f, 0.5f, 0.4f}, .rim = {0.8f, 0.7f, 0.6f}, .fibre = {0.2f, 0.1f, 0.1f}}, kSize)};
@@ -100,11 +103,29 @@ TEST(Bark, HasNoSeamAroundOrAlongTheStem)
         for (const Image& image : {bark.color, bark.height, NormalsOfHeights(bark.height, 0.02)}) {
             for (const bool columns : {true, false}) {
                 const auto [inside, seam] = stepsOf(image, columns);
-                EXPECT_GT(inside, 0.001);
+                EXPECT_GT(inside, 0.1);
                 EXPECT_LT(seam, 2.2 * inside) << "bark " << &bark - barks << ", columns " << columns;
             }
         }
     }
+}
+
+TEST(Bark, ABlendIsEachOfItsTwoAtTheEnds)
+{
+    const Bark below = PaintRidgedBark({.ridge = {0.5f, 0.5f, 0.5f}, .crack = {}, .moss = {}, .turns = 2}, 64);
+    const Bark above = PaintPaperBark({.paper = {1, 0.5f, 0}, .peel = {}, .pore = {}, .patch = {}, .turns = 2}, 64);
+    const Bark blend = BlendBarks(below, above, 0.4, 3);
+    int mixed = 0;
+    for (uint32_t y = 0; y < 128; ++y) {
+        for (uint32_t x = 0; x < 64; ++x) {
+            const vdt::Color4f pixel = blend.color.at(x, y);
+            const vdt::Color4f whole = (y < 14 ? above : below).color.at(x, y);
+            EXPECT_TRUE((y >= 14 && y <= 114) || std::fabs(pixel.r - whole.r) < 1e-6f) << x << " " << y;
+            mixed += pixel != below.color.at(x, y) && pixel != above.color.at(x, y);
+        }
+    }
+    EXPECT_GT(mixed, 64 * 128 / 5);
+    EXPECT_EQ(blend.height.at(5, 3).r, above.height.at(5, 3).r);
 }
 
 TEST(Bark, NormalsLeanAwayFromTheRise)

@@ -70,9 +70,10 @@ uint64_t foliagePolygons(const vdt::ModelVariant& variant, const std::string& se
     return count;
 }
 
-// Width and lowest and highest alpha; width 0 if the file is no picture.
+// Size and lowest and highest alpha; width 0 if the file is no picture.
 struct PictureFacts {
     uint32_t width = 0;
+    uint32_t height = 0;
     int lowestAlpha = 255;
     int highestAlpha = 0;
 };
@@ -85,7 +86,7 @@ PictureFacts factsOf(const std::string& path)
     image.format = PNG_FORMAT_RGBA;
     std::vector<uint8_t> bytes(PNG_IMAGE_SIZE(image));
     if (!png_image_finish_read(&image, nullptr, bytes.data(), 0, nullptr)) return {};
-    PictureFacts facts{.width = image.width};
+    PictureFacts facts{.width = image.width, .height = image.height};
     for (size_t i = 3; i < bytes.size(); i += 4) {
         facts.lowestAlpha = std::min<int>(facts.lowestAlpha, bytes[i]);
         facts.highestAlpha = std::max<int>(facts.highestAlpha, bytes[i]);
@@ -109,6 +110,8 @@ TEST(PlantLibrary, ReadsWithoutAWordAsSoundPlantsInEveryLanguage)
         ASSERT_EQ(model.variants.size(), 3u);
         EXPECT_EQ(model.defaultVariant, 2u);
 
+        std::map<int32_t, int> barkTurns;
+        for (const MaterialRecipe& material : grown.recipe->materials) barkTurns[material.id] = material.turns;
         std::vector<vdt::LocalizedTexts> texts;
         const char* ages[] = {"young", "medium", "adult"};
         for (size_t i = 0; i < 3; ++i) {
@@ -118,7 +121,7 @@ TEST(PlantLibrary, ReadsWithoutAWordAsSoundPlantsInEveryLanguage)
             EXPECT_EQ(variant.qualifiers[variant.defaultQualifier].name, "summer");
             EXPECT_EQ(variant.info.timestamp, "");
             EXPECT_EQ(grown.storedBounds[i], variant.computeBound());
-            EXPECT_TRUE(CheckPlant(variant.skeleton)) << variant.name;
+            EXPECT_TRUE(CheckPlant(variant.skeleton, barkTurns)) << variant.name;
             texts.push_back(variant.labels);
         }
         for (const vdt::LocalizedTexts& labels : texts) EXPECT_EQ(labels.size(), kLanguages.size());
@@ -189,8 +192,13 @@ TEST(PlantLibrary, HasAMaterialForEveryNumberAndAPictureForEveryPath)
         for (const vdt::MaterialData& material : grown.model.materials) {
             SCOPED_TRACE(material.name);
             EXPECT_TRUE(known.insert(material.matid).second);
-            EXPECT_GE(factsOf(material.front.diffuseTexture).width, 64u);
-            EXPECT_TRUE(material.front.normalTexture.empty() || factsOf(material.front.normalTexture).width >= 64);
+            const auto turns = static_cast<uint32_t>(grown.recipe->materials[known.size() - 1].turns);
+            for (const std::string& picture : {material.front.diffuseTexture, material.front.normalTexture}) {
+                if (picture.empty() && &picture != &material.front.diffuseTexture) continue;
+                const PictureFacts facts = factsOf(picture);
+                EXPECT_GE(facts.width, 64u);
+                EXPECT_EQ(facts.height, turns * facts.width);
+            }
             if (material.alphaTexture.empty()) continue;
 
             // Cut out by a picture that has both, with a back of its own that is cut out alike.
