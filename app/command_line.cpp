@@ -12,16 +12,20 @@ namespace {
 
 int parseAndRun(const std::vector<std::string>& arguments, Console& console)
 {
-    CLI::App program("Plant models: what they hold, whether they are whole, and their geometry for other programs.",
-                     "verdanth");
+    CLI::App program(
+        "Plant models: what they hold, whether they are whole, and their geometry and pictures for others.",
+        "verdanth");
     program.set_version_flag("--version", "verdanth " VERDANTH_VERSION);
     program.require_subcommand(0, 1);
     program.footer(ExampleText("verdanth info \"Silver Birch\"", "tells about a plant of the default library") +
                    "\n'verdanth COMMAND --help' tells a command's options.");
     CommandWork work;
+    AddListCommand(program, work);
     AddInfoCommand(program, work);
     AddCheckCommand(program, work);
     AddExportCommand(program, work);
+    AddConvertCommand(program, work);
+    AddRenderCommand(program, work);
 
     try {
         program.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend())); // it takes them from the back

@@ -4,6 +4,7 @@
 #include "ratio.h"
 #include "synthetic_plant.h"
 #include "vdt/skeleton/frames.h"
+#include "vdt/skeleton/reduce.h"
 #include "vdt/skeleton/walker.h"
 
 #include <cstring>
@@ -157,6 +158,21 @@ void assignBesideBuild(benchmark::State& state)
         state, [&] { return Skeleton(original); }, [&] { return build(lists); }, [] {});
 }
 
+void reduceBesideBuild(benchmark::State& state, ReductionParameters parameters)
+{
+    const Lists lists = largeTree(TreeOrder::LevelByLevel);
+    const Skeleton original = build(lists);
+    const ModelVariant plant = SyntheticPlant(0.001); // for its leaves
+    const KeepFreeMemory warm;
+    const auto reduced = [&] {
+        Skeleton result;
+        original.Reduce(plant.meshes, "", result, parameters);
+        return result;
+    };
+    CompareTimes(
+        state, reduced, [&] { return build(lists); }, [] {});
+}
+
 void orientationsBesideFlat(benchmark::State& state, TreeOrder order)
 {
     const Lists lists = largeTree(order);
@@ -215,6 +231,19 @@ Lists oneLongBranch(uint64_t count)
         lists.addVertex(i);
     }
     lists.endBranch();
+    return lists;
+}
+
+// A side branch on each vertex of one long branch.
+Lists combOfBranches(uint64_t count)
+{
+    Lists lists = oneLongBranch(count);
+    for (uint64_t i = 1; i < count; ++i) {
+        lists.positions.push_back({1, 0, static_cast<double>(i)});
+        lists.addVertex(i);
+        lists.addVertex(lists.positions.size() - 1);
+        lists.endBranch();
+    }
     return lists;
 }
 
@@ -279,6 +308,21 @@ bool computeOrientations(Skeleton& skeleton)
 {
     return skeleton.ComputeOrientations();
 }
+bool reduceToTrunk(Skeleton& skeleton)
+{
+    Skeleton result;
+    skeleton.Reduce({}, "", result, {.maxLevel = 1});
+    return !result.isEmpty();
+}
+bool cutInHalf(Skeleton& skeleton) // the thick half of a long branch, and what hangs there
+{
+    uint64_t place = 0;
+    for (SkeletonVertex* v = skeleton.branches.front().firstVertex; v; v = v->next)
+        v->attributes.radius = ++place > skeleton.branches.front().vertexCount / 2 ? 0.1 : 1;
+    Skeleton result;
+    skeleton.Reduce({}, "", result, {.minRadius = 0.5F});
+    return !result.isEmpty();
+}
 bool removeFullPoint(Skeleton& skeleton)
 {
     return skeleton.RemovePoint(1);
@@ -308,6 +352,15 @@ BENCHMARK_CAPTURE(orientationsBesideFlat, , TreeOrder::Scattered)
     ->Name("skeleton/orientations_scattered_beside_flat");
 BENCHMARK_CAPTURE(walkBesideCopy, , false)->Apply(comparison)->Name("skeleton/walk_beside_copy");
 BENCHMARK_CAPTURE(walkBesideCopy, , true)->Apply(comparison)->Name("skeleton/walk_branch_first_beside_copy");
+BENCHMARK_CAPTURE(reduceBesideBuild, , ReductionParameters())
+    ->Apply(comparison)
+    ->Name("skeleton/reduce_nothing_beside_build");
+BENCHMARK_CAPTURE(reduceBesideBuild, , ReductionParameters{3, 0, 0.5F, 1})
+    ->Apply(comparison)
+    ->Name("skeleton/reduce_levels_and_foliage_beside_build");
+BENCHMARK_CAPTURE(reduceBesideBuild, , ReductionParameters{ReductionParameters::kAllLevels, 0.1F, 1, 0.9F})
+    ->Apply(comparison)
+    ->Name("skeleton/reduce_radius_and_thinning_beside_build");
 BENCHMARK(weightsBesideCopy)->Apply(comparison)->Name("skeleton/weights_beside_copy");
 
 BENCHMARK_CAPTURE(trapOfBuilding, , branchesOnOnePoint)->Apply(trap)->Name("skeleton/trap/build_branches_on_one_point");
@@ -321,6 +374,12 @@ BENCHMARK_CAPTURE(trapOfEditing, , branchesOnOnePoint, computeOrientations)
 BENCHMARK_CAPTURE(trapOfEditing, , oneLongBranch, computeOrientations)
     ->Apply(trap)
     ->Name("skeleton/trap/orientations_of_one_long_branch");
+BENCHMARK_CAPTURE(trapOfEditing, , branchesOnOnePoint, reduceToTrunk)
+    ->Apply(trap)
+    ->Name("skeleton/trap/reduce_branches_on_one_point");
+BENCHMARK_CAPTURE(trapOfEditing, , combOfBranches, cutInHalf)
+    ->Apply(trap)
+    ->Name("skeleton/trap/reduce_comb_of_branches");
 BENCHMARK_CAPTURE(trapOfEditing, , branchesOnOnePoint, removeEveryOtherBranch)
     ->Apply(trap)
     ->Name("skeleton/trap/remove_branches_on_one_point");

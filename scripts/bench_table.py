@@ -42,6 +42,7 @@ def medians(benchmarks):
             "ns": nanoseconds,
             "size": f"{items:,.0f} items" if items else f"{bytes_done / 1e6:.1f} MB" if bytes_done else "",
             "ratio": median("ratio"),
+            "memory": median("memory_ratio"),
         }
         for counter in ("points", "quads"):
             if median(counter):
@@ -55,6 +56,8 @@ def ratios(record, table):
         yield f"{record['ms'] / table[reference]['ms']:.2f} `{reference}`" if reference in table else f"? `{reference}`"
     if record["ratio"]:
         yield f"{record['ratio']:.2f} in turns"
+    if record["memory"]:
+        yield f"{record['memory']:.3f} in memory"
 
 
 def main():

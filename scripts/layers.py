@@ -16,6 +16,7 @@ MAY_INCLUDE = {
     "library/vdt/file": "memory math messages mesh skeleton model",
     "library/vdt/cache": "memory math messages mesh skeleton model file",
     "library/vdt/generate": "memory math messages mesh skeleton model",
+    "library/geolib": "",
     "plants/grower": "",
     "plants/species": "grower",
     "app/console": "",
@@ -23,7 +24,9 @@ MAY_INCLUDE = {
     "app/lookup": "console files",
     "app/inspect": ". console files lookup",
     "app/export": "console files lookup",
-    "app/commands": ". console files lookup inspect export",
+    "app/convert": "console",
+    "app/picture": "export",
+    "app/commands": ". console files lookup inspect export convert picture",
 }
 # Where each target finds what it includes in quotes. The tests and the benchmarks may see everything.
 SEARCHED = {"library": ["library"], "plants": ["plants", "library"], "app": ["app", "library"]}

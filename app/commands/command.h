@@ -17,6 +17,9 @@ using CommandWork = std::function<int(Console&)>;
 void AddInfoCommand(CLI::App& program, CommandWork& chosen);
 void AddCheckCommand(CLI::App& program, CommandWork& chosen);
 void AddExportCommand(CLI::App& program, CommandWork& chosen);
+void AddConvertCommand(CLI::App& program, CommandWork& chosen);
+void AddRenderCommand(CLI::App& program, CommandWork& chosen);
+void AddListCommand(CLI::App& program, CommandWork& chosen);
 
 /// Adds --library.
 void AddLibraryOption(CLI::App& command, std::string& folder);

@@ -2,19 +2,101 @@
 #include "commands/plant_options.h"
 #include "console/text_table.h"
 #include "exit_status.h"
+#include "export/detail_levels.h"
 #include "export/export_scene.h"
+#include "export/output_name.h"
 #include "files/input_file.h"
 
+#include <map>
 #include <memory>
 
 namespace verdanth {
 namespace {
 
+constexpr size_t kMostLevels = 16;
+constexpr uint64_t kLevelStep = 4; // a level has a quarter of the triangles of the one before
+
 struct ExportRequest {
     PlantOptions plant;
-    std::string output;
-    std::string instances = "merge";
+    std::string output; // may be a template
+    FoliageForm foliage = FoliageForm::Merged;
+    size_t levelCount = 1;
+    std::vector<uint64_t> triangles; // one a level; else the first level is all that the options ask for
 };
+
+// The details of all levels. False, with the error told, if they cannot be had.
+bool findLevels(const ExportRequest& request, SceneRequest& scene, Console& console)
+{
+    std::vector<uint64_t> budgets = request.triangles;
+    if (budgets.empty() && request.levelCount == 1) return true;
+    if (request.plant.form != PlantForm::Full) {
+        console.error("levels of detail are made of the full plant alone, not of its lighter forms");
+        return false;
+    }
+    if (!budgets.empty() && request.levelCount != 1 && request.levelCount != budgets.size()) {
+        console.error("--lod and --triangles ask for different numbers of levels");
+        return false;
+    }
+    if (budgets.empty()) {
+        budgets.push_back(CountTriangles(scene, request.plant.detail).total());
+        while (budgets.size() < request.levelCount) budgets.push_back(budgets.back() / kLevelStep);
+    }
+    console.beginProgress("finding levels of detail");
+    const bool found = FindDetails(scene, budgets, scene.details, console);
+    console.endProgress();
+    return found;
+}
+
+std::string outputName(const ExportRequest& request, const Scene& scene, size_t level, Console& console)
+{
+    std::string problem;
+    const std::string name = OutputName(request.output, {scene.name, scene.variant, scene.season, level}, problem);
+    if (!problem.empty()) console.error(problem);
+    return name;
+}
+
+bool writeFile(const Scene& scene, const std::string& path, FoliageForm foliage, const OpenPlant& plant,
+               Console& console)
+{
+    if (IsSameFile(path, plant.file)) {
+        console.error("would be overwritten by its own export");
+        return false;
+    }
+    console.setSubject("");
+    ExportSummary summary;
+    if (!ExportScene(scene, {path, foliage}, summary, console)) return false;
+
+    console.out() << OneLine(path) << ": " << OneLine(scene.name);
+    for (const std::string& word : {scene.variant, scene.season})
+        if (!word.empty()) console.out() << ", " << OneLine(word);
+    console.out() << "; ";
+    if (scene.levels.size() > 1) console.out() << scene.levels.size() << " levels, ";
+    if (summary.points > 0)
+        console.out() << GroupedNumber(summary.points) << " points, ";
+    else
+        console.out() << GroupedNumber(summary.polygons) << " polygons, " << GroupedNumber(summary.vertices)
+                      << " vertices, " << scene.materials.size() << " materials, ";
+    console.out() << ByteCount(summary.bytes) << '\n';
+    return true;
+}
+
+// One file for all levels, or one a level where the name asks for it.
+bool writeFiles(const ExportRequest& request, Scene& scene, const OpenPlant& plant, Console& console)
+{
+    if (!NamesLevels(request.output)) {
+        const std::string name = outputName(request, scene, 0, console);
+        return !name.empty() && writeFile(scene, name, request.foliage, plant, console);
+    }
+    std::vector<SceneLevel> levels;
+    levels.swap(scene.levels);
+    for (size_t i = 0; i < levels.size(); ++i) {
+        scene.levels.clear();
+        scene.levels.push_back(std::move(levels[i]));
+        const std::string name = outputName(request, scene, i, console);
+        if (name.empty() || !writeFile(scene, name, request.foliage, plant, console)) return false;
+    }
+    return true;
+}
 
 int runExport(const ExportRequest& request, Console& console)
 {
@@ -25,25 +107,11 @@ int runExport(const ExportRequest& request, Console& console)
     }
 
     RequestedPlant plant;
-    Scene scene;
     if (!LoadRequestedPlant(request.plant, plant, console)) return kFailure;
-    if (IsSameFile(request.output, plant.open.file)) {
-        console.error("would be overwritten by its own export");
-        return kFailure;
-    }
-    if (!BuildScene(SceneRequestOf(plant, request.plant), scene, console)) return kFailure;
-
-    console.setSubject("");
-    ExportSummary summary;
-    const FoliageForm form = request.instances == "nodes" ? FoliageForm::Nodes : FoliageForm::Merged;
-    if (!ExportScene(scene, {request.output, form}, summary, console)) return kFailure;
-
-    console.out() << OneLine(request.output) << ": " << OneLine(scene.name);
-    for (const std::string& word : {scene.variant, scene.season})
-        if (!word.empty()) console.out() << ", " << OneLine(word);
-    console.out() << "; " << GroupedNumber(summary.polygons) << " polygons, " << GroupedNumber(summary.vertices)
-                  << " vertices, " << scene.materials.size() << " materials, " << ByteCount(summary.bytes) << '\n';
-    return kSuccess;
+    SceneRequest wanted = SceneRequestOf(plant, request.plant);
+    Scene scene;
+    if (!findLevels(request, wanted, console) || !BuildScene(wanted, scene, console)) return kFailure;
+    return writeFiles(request, scene, plant.open, console) ? kSuccess : kFailure;
 }
 
 } // namespace
@@ -53,13 +121,29 @@ void AddExportCommand(CLI::App& program, CommandWork& chosen)
     CLI::App* command = program.add_subcommand("export", "Build a plant and write it as glTF, OBJ or PLY");
     const auto request = std::make_shared<ExportRequest>();
     AddPlantOptions(*command, request->plant);
-    command->add_option("-o,--output", request->output, "The file to write; .glb, .gltf, .obj or .ply")
+    command
+        ->add_option("-o,--output", request->output,
+                     "The file to write; .glb, .gltf, .obj or .ply. {species}, {variant}, {season} and {lod} are "
+                     "filled in")
         ->required()
         ->type_name("OUT");
-    command->add_option("--instances", request->instances, "Foliage in glTF: one mesh a material, or a node a leaf")
-        ->check(CLI::IsMember({"merge", "nodes"}).description(""))
+    command
+        ->add_option("--instances", request->foliage, "Foliage in glTF: one mesh a material, a node a leaf, or lists")
+        ->transform(CLI::Transformer(std::map<std::string, FoliageForm>{{"merge", FoliageForm::Merged},
+                                                                        {"nodes", FoliageForm::Nodes},
+                                                                        {"gpu", FoliageForm::Instances}})
+                        .description(""))
+        ->default_str("merge")
+        ->type_name("merge|nodes|gpu");
+    command->add_option("--lod", request->levelCount, "How many levels of detail, each a quarter of the one before")
+        ->check(CLI::Range(size_t{1}, kMostLevels).description(""))
         ->capture_default_str()
-        ->type_name("merge|nodes");
+        ->type_name("N");
+    command->add_option("--triangles", request->triangles, "The triangles of each level, from the finest on")
+        ->delimiter(',')
+        ->check(CLI::PositiveNumber.description(""))
+        ->expected(1, static_cast<int>(kMostLevels))
+        ->type_name("A,B,C");
     command->footer(ExampleText("verdanth export \"Silver Birch\" --variant young --season autumn -o birch.glb",
                                 "writes a young birch in autumn as one binary glTF file"));
     command->callback(

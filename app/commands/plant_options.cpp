@@ -5,11 +5,19 @@
 #include "files/input_file.h"
 
 #include <limits>
+#include <map>
 
 namespace verdanth {
 namespace {
 
 constexpr int kHighestSubdivision = 6; // each level makes four polygons of one
+constexpr uint64_t kMostPoints = 100'000'000;
+
+const std::map<std::string, PlantForm> kForms{{"full", PlantForm::Full},
+                                              {"proxy", PlantForm::Proxy},
+                                              {"box", PlantForm::Box},
+                                              {"cloud", PlantForm::Cloud},
+                                              {"blob", PlantForm::Blob}};
 
 void addReductionOptions(CLI::App& command, vdt::ReductionParameters& reduction)
 {
@@ -40,22 +48,34 @@ void AddPlantOptions(CLI::App& command, PlantOptions& options)
     command.add_option("--variant", options.variant, "By name, label or number from 0; else the file's default")
         ->type_name("NAME|N");
     command.add_option("--season", options.season, "By name or label; else the variant's default")->type_name("NAME");
-    command.add_option("--subdivision", options.subdivision, "How often trunk and branches are rounded")
+    command.add_option("--subdivision", options.detail.subdivisionLevel, "How often trunk and branches are rounded")
         ->check(CLI::Range(0, kHighestSubdivision).description(""))
         ->capture_default_str()
         ->type_name("N");
     command.add_flag("--uniform", options.uniform, "Round all branches alike, not the thinner ones less");
-    addReductionOptions(command, options.reduction);
+    command.add_option("--as", options.form, "What stands for the plant: all of it, or a lighter form")
+        ->transform(CLI::Transformer(kForms, CLI::ignore_case).description(""))
+        ->default_str("full")
+        ->type_name("full|proxy|box|cloud|blob");
+    command.add_option("--points", options.points, "How many points a cloud has")
+        ->check(CLI::Range(uint64_t{1}, kMostPoints).description(""))
+        ->capture_default_str()
+        ->type_name("N");
+    addReductionOptions(command, options.detail.reduction);
     AddLibraryOption(command, options.library);
 }
 
 bool LoadRequestedPlant(const PlantOptions& options, RequestedPlant& plant, Console& console)
 {
-    OpenPlant& open = plant.open;
-    if (!OpenRequestedPlant(options.plant, options.library, open, console)) return false;
+    if (!OpenRequestedPlant(options.plant, options.library, plant.open, console)) return false;
 
-    const uint64_t index = FindVariant(open.model(), options.variant, console);
-    if (index == vdt::kNone) return false;
+    const uint64_t index = FindVariant(plant.open.model(), options.variant, console);
+    return index != vdt::kNone && LoadVariantOf(plant, index, options.season, console);
+}
+
+bool LoadVariantOf(RequestedPlant& plant, uint64_t index, const std::string& season, Console& console)
+{
+    OpenPlant& open = plant.open;
     open.handle = open.cache.acquire(open.file, console, index);
     plant.variant = open.handle.variantData(console, true);
     if (!plant.variant) {
@@ -65,7 +85,7 @@ bool LoadRequestedPlant(const PlantOptions& options, RequestedPlant& plant, Cons
                       (problem.empty() ? "holds no usable variant" : problem));
         return false;
     }
-    return FindSeason(*plant.variant, options.season, plant.season, console);
+    return FindSeason(*plant.variant, season, plant.season, console);
 }
 
 SceneRequest SceneRequestOf(const RequestedPlant& plant, const PlantOptions& options)
@@ -73,9 +93,10 @@ SceneRequest SceneRequestOf(const RequestedPlant& plant, const PlantOptions& opt
     return {.model = plant.open.model(),
             .variant = *plant.variant,
             .season = plant.season,
-            .subdivisionLevel = options.subdivision,
+            .form = options.form,
             .uniform = options.uniform,
-            .reduction = options.reduction};
+            .details = {options.detail},
+            .cloudPoints = options.points};
 }
 
 } // namespace verdanth

@@ -17,9 +17,10 @@ struct PlantOptions {
     std::string library;
     std::string variant;
     std::string season;
-    int subdivision = 1;
+    PlantForm form = PlantForm::Full;
+    uint64_t points = 100000; // of a cloud
+    PlantDetail detail;
     bool uniform = false;
-    vdt::ReductionParameters reduction{};
 };
 
 /// A plant with the variant and season that were asked for. The variant's geometry stays while this lives.
@@ -34,6 +35,10 @@ void AddPlantOptions(CLI::App& command, PlantOptions& options);
 
 /// Opens the plant and loads the variant. False, with the error told, if that fails or the user cancels.
 bool LoadRequestedPlant(const PlantOptions& options, RequestedPlant& plant, Console& console);
+
+/// Loads another variant of an open plant, in the season that `season` means; the one before it goes. False, with the
+/// error told, if that fails.
+bool LoadVariantOf(RequestedPlant& plant, uint64_t index, const std::string& season, Console& console);
 
 /// What to build of the loaded plant; valid while `plant` is.
 SceneRequest SceneRequestOf(const RequestedPlant& plant, const PlantOptions& options);

@@ -12,8 +12,9 @@ namespace verdanth {
 
 /// How copies of foliage stand in a glTF file. Other formats know no copies: they are always merged there.
 enum class FoliageForm {
-    Merged, // all copies in one mesh a material
-    Nodes,  // each mesh once, with a node a copy
+    Merged,    // all copies in one mesh a material
+    Nodes,     // each mesh once, with a node a copy
+    Instances, // each mesh once, with a list of its places for the graphics card
 };
 
 struct ExportOptions {
@@ -25,6 +26,7 @@ struct ExportOptions {
 struct ExportSummary {
     uint64_t vertices = 0;
     uint64_t polygons = 0; // triangles in glTF
+    uint64_t points = 0;   // of clouds
     uint64_t bytes = 0;    // of all files
 };
 

@@ -6,10 +6,12 @@
 #include "console/as_written.h"
 #include "export/export_scene.h"
 #include "export/gltf_images.h"
+#include "export/mean_color.h"
 #include "export/triangles.h"
 #include "lookup/species.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cmath>
 #include <filesystem>
@@ -30,6 +32,8 @@ constexpr int kRepeat = 10497;
 constexpr int kLinear = 9729;
 constexpr int kLinearMipmapLinear = 9987;
 constexpr double kAlphaCutoff = 0.5;
+constexpr const char* kInstancing = "EXT_mesh_gpu_instancing";
+constexpr const char* kLevels = "MSFT_lod";
 
 // Triangles, and the copies of them that a primitive holds.
 struct Piece {
@@ -52,9 +56,15 @@ struct Primitive {
 // One mesh of the file, and where in the scene it stands.
 struct GltfMesh {
     std::string name;
-    std::vector<Primitive> primitives;
-    std::span<const Placement> nodes; // empty: one node at the origin
+    std::vector<Primitive> primitives{};
+    std::span<const Placement> copies{}; // empty: it stands once, at the origin
+    const SceneCloud* cloud = nullptr;   // points in place of primitives
+    std::string instances{};             // a node's text for all copies, where one node has them all
+
+    bool isEmpty() const { return primitives.empty() && !cloud; }
+    uint64_t copyCount() const { return std::max<uint64_t>(copies.size(), 1); }
 };
+using GltfLevel = std::vector<GltfMesh>;
 
 // What a primitive's copies look like where they stand.
 template <class Visit> void forEachCopy(const Primitive& primitive, Visit visit)
@@ -63,14 +73,15 @@ template <class Visit> void forEachCopy(const Primitive& primitive, Visit visit)
         for (const Placement& copy : piece.copies) visit(piece.triangles, Placer(copy));
 }
 
-float lineared(float channel)
-{
-    return channel <= 0.04045F ? channel / 12.92F : std::pow((channel + 0.055F) / 1.055F, 2.4F);
-}
-
 Json described(const Float3& v)
 {
     return {v.x, v.y, v.z};
+}
+
+void extend(Float3& min, Float3& max, const Float3& p)
+{
+    min = {std::min(min.x, p.x), std::min(min.y, p.y), std::min(min.z, p.z)};
+    max = {std::max(max.x, p.x), std::max(max.y, p.y), std::max(max.z, p.z)};
 }
 
 // JSON text; bytes that are no UTF-8 are replaced.
@@ -92,6 +103,12 @@ void appendNumbers(std::string& text, std::initializer_list<double> numbers)
     text += ']';
 }
 
+// Column vectors turn the other way.
+std::array<float, 4> columnTurn(const vdt::Quaternion& q)
+{
+    return {-q.x, -q.y, -q.z, q.w};
+}
+
 class GltfWriter {
 public:
     GltfWriter(const Scene& source, const ExportOptions& exportOptions, OutputFiles& outputFiles,
@@ -108,15 +125,11 @@ public:
 
     bool write(ExportSummary& summary)
     {
-        gatherMeshes();
-        for (const GltfMesh& mesh : meshes) {
-            const uint64_t copies = std::max<uint64_t>(mesh.nodes.size(), 1);
-            for (const Primitive& primitive : mesh.primitives) {
-                summary.vertices += primitive.vertexCount * copies;
-                summary.polygons += primitive.indexCount / 3 * copies;
-            }
-        }
-        if (summary.polygons == 0) {
+        for (size_t level = 0; level < scene->levels.size(); ++level)
+            levels.push_back(gatherMeshes(scene->levels[level], LevelSuffix(*scene, level)));
+        for (const GltfLevel& level : levels)
+            for (const GltfMesh& mesh : level) addTo(summary, mesh);
+        if (summary.polygons == 0 && summary.points == 0) {
             messages->error("nothing to write: no polygon has an area");
             return false;
         }
@@ -124,15 +137,27 @@ public:
         document["asset"] = {{"version", "2.0"}, {"generator", "verdanth " VERDANTH_VERSION}};
         document["scene"] = 0;
         document["scenes"] = Json::array({{{"name", scene->name}, {"nodes", {0}}}});
-        if (!describeMeshes()) return false;
+        for (GltfLevel& level : levels)
+            for (GltfMesh& mesh : level) describeMesh(mesh);
+        if (!fitsFormat(bufferSize)) return false;
         describeMaterials();
         describeImages();
+        describeExtensions();
         document["buffers"] = Json::array({{{"byteLength", bufferSize}}});
         return binary ? writeBinary() : writeText();
     }
 
 private:
-    void gatherMeshes()
+    static void addTo(ExportSummary& summary, const GltfMesh& mesh)
+    {
+        if (mesh.cloud) summary.points += mesh.cloud->positions.size();
+        for (const Primitive& primitive : mesh.primitives) {
+            summary.vertices += primitive.vertexCount * mesh.copyCount();
+            summary.polygons += primitive.indexCount / 3 * mesh.copyCount();
+        }
+    }
+
+    GltfLevel gatherMeshes(const SceneLevel& source, const std::string& suffix)
     {
         static const Placement origin;
         const auto addPiece = [](Primitive& primitive, const SceneMesh& mesh, std::span<const Placement> copies) {
@@ -141,35 +166,37 @@ private:
             primitive.indexCount += piece.triangles.indices.size() * copies.size();
             primitive.pieces.push_back(std::move(piece));
         };
-        const auto addObject = [&](const SceneObject& object, std::span<const Placement> nodes) {
-            GltfMesh mesh{object.mesh.name, {}, nodes};
+        GltfLevel meshes;
+        const auto addObject = [&](const SceneObject& object, std::span<const Placement> copies) {
+            GltfMesh& mesh = meshes.emplace_back(GltfMesh{.name = object.mesh.name + suffix, .copies = copies});
             for (const uint32_t material : MaterialsOf(object.mesh)) {
                 mesh.primitives.push_back({material, {}});
                 addPiece(mesh.primitives.back(), object.mesh, {&origin, 1});
             }
-            meshes.push_back(std::move(mesh));
         };
 
-        addObject(scene->body, {});
-        if (options->foliage == FoliageForm::Nodes) {
-            for (const SceneObject& object : scene->foliage) addObject(object, object.placements);
+        if (!source.cloud.isEmpty()) meshes.push_back({.name = "points" + suffix, .cloud = &source.cloud});
+        addObject(source.body, {});
+        if (options->foliage != FoliageForm::Merged) {
+            for (const SceneObject& object : source.foliage) addObject(object, object.placements);
         } else {
             for (uint32_t material = 0; material < scene->materials.size(); ++material) {
                 Primitive primitive{material, {}};
-                for (const SceneObject& object : scene->foliage)
+                for (const SceneObject& object : source.foliage)
                     if (std::ranges::find(object.mesh.polygonMaterials, material) != object.mesh.polygonMaterials.end())
                         addPiece(primitive, object.mesh, object.placements);
-                GltfMesh mesh{"foliage " + scene->materials[material].name, {}, {}};
+                GltfMesh& mesh =
+                    meshes.emplace_back(GltfMesh{.name = "foliage " + scene->materials[material].name + suffix});
                 mesh.primitives.push_back(std::move(primitive));
-                meshes.push_back(std::move(mesh));
             }
         }
 
         // A mesh without a primitive, and a primitive without a vertex, may not be written.
         for (GltfMesh& mesh : meshes)
             std::erase_if(mesh.primitives, [](const Primitive& p) { return p.indexCount == 0; });
-        std::erase_if(meshes, [](const GltfMesh& mesh) { return mesh.primitives.empty(); });
+        std::erase_if(meshes, [](const GltfMesh& mesh) { return mesh.isEmpty(); });
         for (GltfMesh& mesh : meshes) std::ranges::for_each(mesh.primitives, measure);
+        return meshes;
     }
 
     static void measure(Primitive& primitive)
@@ -180,10 +207,7 @@ private:
         forEachCopy(primitive, [&](const TriangleMesh& triangles, const Placer& placer) {
             for (const Float3& position : triangles.positions) {
                 const Float3 p = placer.point(position);
-                primitive.min = {std::min(primitive.min.x, p.x), std::min(primitive.min.y, p.y),
-                                 std::min(primitive.min.z, p.z)};
-                primitive.max = {std::max(primitive.max.x, p.x), std::max(primitive.max.y, p.y),
-                                 std::max(primitive.max.z, p.z)};
+                extend(primitive.min, primitive.max, p);
             }
         });
     }
@@ -205,27 +229,68 @@ private:
         return document["accessors"].size() - 1;
     }
 
-    bool describeMeshes()
+    void describeMesh(GltfMesh& mesh)
     {
-        for (const GltfMesh& mesh : meshes) {
-            Json primitives = Json::array();
-            for (const Primitive& p : mesh.primitives) {
-                const size_t position = addAccessor(p.vertexCount, "VEC3", kFloat, p.vertexCount * 12, kArrayBuffer);
-                document["accessors"][position]["min"] = described(p.min);
-                document["accessors"][position]["max"] = described(p.max);
-                const size_t normal = addAccessor(p.vertexCount, "VEC3", kFloat, p.vertexCount * 12, kArrayBuffer);
-                const size_t coordinate = addAccessor(p.vertexCount, "VEC2", kFloat, p.vertexCount * 8, kArrayBuffer);
-                const int indexType = p.hasShortIndices() ? kUnsignedShort : kUnsignedInt;
-                const size_t index = addAccessor(p.indexCount, "SCALAR", indexType,
-                                                 p.indexCount * (p.hasShortIndices() ? 2 : 4), kElementArrayBuffer);
-                primitives.push_back(
-                    {{"attributes", {{"POSITION", position}, {"NORMAL", normal}, {"TEXCOORD_0", coordinate}}},
-                     {"indices", index},
-                     {"material", p.material}});
-            }
-            document["meshes"].push_back({{"name", mesh.name}, {"primitives", std::move(primitives)}});
+        Json primitives = Json::array();
+        if (mesh.cloud) primitives.push_back(describedCloud(*mesh.cloud));
+        for (const Primitive& p : mesh.primitives) {
+            const size_t position = addPositions(p.vertexCount, p.min, p.max);
+            const size_t normal = addAccessor(p.vertexCount, "VEC3", kFloat, p.vertexCount * 12, kArrayBuffer);
+            const size_t coordinate = addAccessor(p.vertexCount, "VEC2", kFloat, p.vertexCount * 8, kArrayBuffer);
+            const int indexType = p.hasShortIndices() ? kUnsignedShort : kUnsignedInt;
+            const size_t index = addAccessor(p.indexCount, "SCALAR", indexType,
+                                             p.indexCount * (p.hasShortIndices() ? 2 : 4), kElementArrayBuffer);
+            primitives.push_back(
+                {{"attributes", {{"POSITION", position}, {"NORMAL", normal}, {"TEXCOORD_0", coordinate}}},
+                 {"indices", index},
+                 {"material", p.material}});
         }
-        return fitsFormat(bufferSize);
+        document["meshes"].push_back({{"name", mesh.name}, {"primitives", std::move(primitives)}});
+        if (options->foliage != FoliageForm::Instances || mesh.copies.empty()) return;
+
+        const uint64_t count = mesh.copies.size();
+        const size_t translation = addAccessor(count, "VEC3", kFloat, count * 12, 0);
+        const size_t rotation = addAccessor(count, "VEC4", kFloat, count * 16, 0);
+        const size_t scale = addAccessor(count, "VEC3", kFloat, count * 12, 0);
+        mesh.instances =
+            jsonText({{kInstancing,
+                       {{"attributes", {{"TRANSLATION", translation}, {"ROTATION", rotation}, {"SCALE", scale}}}}}});
+    }
+
+    size_t addPositions(uint64_t count, const Float3& min, const Float3& max)
+    {
+        const size_t accessor = addAccessor(count, "VEC3", kFloat, count * 12, kArrayBuffer);
+        document["accessors"][accessor]["min"] = described(min);
+        document["accessors"][accessor]["max"] = described(max);
+        return accessor;
+    }
+
+    Json describedCloud(const SceneCloud& cloud)
+    {
+        Float3 min = cloud.positions.front(), max = min;
+        for (const Float3& p : cloud.positions) extend(min, max, p);
+        const uint64_t count = cloud.positions.size();
+        const size_t position = addPositions(count, min, max);
+        const size_t normal = addAccessor(count, "VEC3", kFloat, count * 12, kArrayBuffer);
+        const size_t color = addAccessor(count, "VEC3", kFloat, count * 12, kArrayBuffer);
+        constexpr int kPoints = 0;
+        return {{"attributes", {{"POSITION", position}, {"NORMAL", normal}, {"COLOR_0", color}}},
+                {"material", 0},
+                {"mode", kPoints}};
+    }
+
+    void describeExtensions()
+    {
+        Json used = Json::array();
+        if (levels.size() > 1) used.push_back(kLevels);
+        const auto hasInstances = [](const GltfMesh& mesh) { return !mesh.instances.empty(); };
+        for (const GltfLevel& level : levels) {
+            if (!std::ranges::any_of(level, hasInstances)) continue;
+            used.push_back(kInstancing);
+            document["extensionsRequired"] = {kInstancing}; // without it a crown would be a single leaf
+            break;
+        }
+        if (!used.empty()) document["extensionsUsed"] = std::move(used);
     }
 
     // Lengths in binary files have 32 bits.
@@ -241,11 +306,16 @@ private:
 
     void describeMaterials()
     {
+        if (!scene->finest().cloud.isEmpty()) {
+            document["materials"] = Json::array(
+                {{{"name", "points"}, {"pbrMetallicRoughness", {{"metallicFactor", 0}, {"roughnessFactor", 1}}}}});
+            return;
+        }
         for (const SceneMaterial& material : scene->materials) {
             const GltfBaseTexture base = images.addBaseTexture(material);
             const vdt::Color3f& c = material.color;
             Json surface = {
-                {"baseColorFactor", {AsWritten(lineared(c.r)), AsWritten(lineared(c.g)), AsWritten(lineared(c.b)), 1}}};
+                {"baseColorFactor", {AsWritten(LinearOf(c.r)), AsWritten(LinearOf(c.g)), AsWritten(LinearOf(c.b)), 1}}};
             if (base.hasColor) surface["baseColorFactor"] = {1, 1, 1, 1};
             if (base.image) surface["baseColorTexture"] = textureInfo(*base.image);
             surface["metallicFactor"] = 0;
@@ -283,46 +353,74 @@ private:
         }
     }
 
-    // There may be a node a leaf, so they are written as text at once.
+    uint64_t nodeCount(const GltfLevel& level) const
+    {
+        uint64_t count = 1 + level.size();
+        if (options->foliage == FoliageForm::Nodes)
+            for (const GltfMesh& mesh : level) count += mesh.copies.size();
+        return count;
+    }
+
+    // Each level's root stands before its nodes. There may be a node a leaf, so they are written as text at once.
     std::string nodesText() const
     {
-        const Json extras = {{"variant", scene->variant}, {"season", scene->season}};
-        std::string roots;
+        std::vector<uint64_t> roots;
+        uint64_t next = 0;
+        for (const GltfLevel& level : levels) {
+            roots.push_back(next);
+            next += nodeCount(level);
+        }
+
+        std::string text = "[";
+        uint64_t mesh = 0;
+        for (size_t level = 0; level < levels.size(); ++level) {
+            const Json extras = {{"variant", scene->variant}, {"season", scene->season}};
+            text += level > 0 ? ",{\"name\":" : "{\"name\":";
+            text += jsonText(scene->name + LevelSuffix(*scene, level)) + ",\"extras\":" + jsonText(extras);
+            if (level == 0 && roots.size() > 1)
+                text += ",\"extensions\":" +
+                        jsonText({{kLevels, {{"ids", std::vector<uint64_t>(roots.begin() + 1, roots.end())}}}});
+            appendNodes(text, levels[level], roots[level] + 1, mesh);
+            mesh += levels[level].size();
+        }
+        return text + "]";
+    }
+
+    // The end of a root, and the nodes below it from `next` on.
+    void appendNodes(std::string& text, const GltfLevel& level, uint64_t next, uint64_t mesh) const
+    {
+        std::string children;
         std::string nodes;
-        uint64_t next = 1;
-        for (size_t m = 0; m < meshes.size(); ++m) {
-            const GltfMesh& mesh = meshes[m];
-            std::string meshReference = "\"mesh\":";
-            meshReference += std::to_string(m);
-            if (!roots.empty()) roots += ',';
-            roots += std::to_string(next++);
-            nodes += ",{\"name\":" + jsonText(mesh.name);
-            if (mesh.nodes.empty()) {
-                nodes += "," + meshReference + "}";
+        for (const GltfMesh& object : level) {
+            const std::string meshReference = "\"mesh\":" + std::to_string(mesh++);
+            if (!children.empty()) children += ',';
+            children += std::to_string(next++);
+            nodes += ",{\"name\":" + jsonText(object.name);
+            if (object.copies.empty() || !object.instances.empty()) {
+                nodes += "," + meshReference;
+                if (!object.instances.empty()) nodes += ",\"extensions\":" + object.instances;
+                nodes += "}";
                 continue;
             }
 
             nodes += ",\"children\":[";
-            for (size_t i = 0; i < mesh.nodes.size(); ++i) {
+            for (size_t i = 0; i < object.copies.size(); ++i) {
                 if (i > 0) nodes += ',';
                 nodes += std::to_string(next++);
             }
             nodes += "]}";
-            for (const Placement& copy : mesh.nodes) {
-                const vdt::Quaternion& q = copy.rotation;
+            for (const Placement& copy : object.copies) {
                 nodes += ",{" + meshReference + ",\"translation\":";
                 appendNumbers(nodes, {copy.translation.x, copy.translation.y, copy.translation.z});
                 nodes += ",\"rotation\":";
-                appendNumbers(nodes, {-q.x, -q.y, -q.z, q.w}); // column vectors turn the other way
+                const auto turn = columnTurn(copy.rotation);
+                appendNumbers(nodes, {turn[0], turn[1], turn[2], turn[3]});
                 nodes += ",\"scale\":";
                 appendNumbers(nodes, {copy.scale, copy.scale, copy.scale});
                 nodes += '}';
             }
         }
-        std::string text = "[{\"name\":";
-        text +=
-            jsonText(scene->name) + ",\"children\":[" + roots + "],\"extras\":" + jsonText(extras) + "}" + nodes + "]";
-        return text;
+        text += ",\"children\":[" + children + "]}" + nodes;
     }
 
     std::string documentText() const
@@ -335,18 +433,49 @@ private:
     void writeBuffer(OutputFile& file)
     {
         uint64_t done = 0;
-        for (const GltfMesh& mesh : meshes) {
-            for (const Primitive& primitive : mesh.primitives) {
-                if (messages->isCancelled()) return;
-                writePrimitive(file, primitive);
-                done += primitive.vertexCount * 32 + primitive.indexBytes();
-                messages->progress(static_cast<float>(done) / static_cast<float>(bufferSize));
+        for (const GltfLevel& level : levels) {
+            for (const GltfMesh& mesh : level) {
+                if (mesh.cloud) writeCloud(file, *mesh.cloud);
+                for (const Primitive& primitive : mesh.primitives) {
+                    if (messages->isCancelled()) return;
+                    writePrimitive(file, primitive);
+                    done += primitive.vertexCount * 32 + primitive.indexBytes();
+                    messages->progress(static_cast<float>(done) / static_cast<float>(bufferSize));
+                }
+                if (!mesh.instances.empty()) writeInstances(file, mesh.copies);
             }
         }
         for (const GltfImage& image : images.images) {
             file.writeAll(image.bytes);
             file.align();
         }
+    }
+
+    static void writeCloud(OutputFile& file, const SceneCloud& cloud)
+    {
+        file.writeAll(cloud.positions);
+        file.writeAll(cloud.normals);
+        vdt::Array<vdt::Color3f> light = cloud.colors;
+        for (vdt::Color3f& c : light) c = {LinearOf(c.r), LinearOf(c.g), LinearOf(c.b)};
+        file.writeAll(light);
+    }
+
+    static void writeInstances(OutputFile& file, std::span<const Placement> copies)
+    {
+        std::vector<Float3> vectors;
+        for (const Placement& copy : copies)
+            vectors.push_back({static_cast<float>(copy.translation.x), static_cast<float>(copy.translation.y),
+                               static_cast<float>(copy.translation.z)});
+        file.writeAll(vectors);
+        std::vector<std::array<float, 4>> turns;
+        for (const Placement& copy : copies) turns.push_back(columnTurn(copy.rotation));
+        file.writeAll(turns);
+        vectors.clear();
+        for (const Placement& copy : copies) {
+            const auto scale = static_cast<float>(copy.scale);
+            vectors.push_back({scale, scale, scale});
+        }
+        file.writeAll(vectors);
     }
 
     void writePrimitive(OutputFile& file, const Primitive& primitive)
@@ -435,7 +564,7 @@ private:
     bool binary;
     TextureFiles textureFiles;
     GltfImages images;
-    std::vector<GltfMesh> meshes;
+    std::vector<GltfLevel> levels;
     Json document;
     uint64_t bufferSize = 0;
 };

@@ -55,31 +55,41 @@ public:
         OutputFile& file = files->create(options->path);
         file.text("# " + oneLine(scene->name) + ", in metres, Y up\nmtllib " + oneLine(library.filename().string()) +
                   "\n");
-        uint64_t copiesLeft = scene->body.placements.size();
-        for (const SceneObject& object : scene->foliage) copiesLeft += object.placements.size();
+        uint64_t copiesLeft = 0;
+        for (const SceneLevel& level : scene->levels) copiesLeft += copiesOf(level);
         const uint64_t allCopies = copiesLeft;
 
-        const auto writeAll = [&](const SceneObject& object) {
-            if (object.mesh.polygonEnds.empty()) return;
-            beginObject(file, object.mesh);
-            for (const Placement& placement : object.placements) {
-                if (messages->isCancelled()) return;
-                writeCopy(file, object.mesh, placement);
-                summary.vertices += object.mesh.points.size();
-                summary.polygons += object.mesh.polygonEnds.size();
-                if (--copiesLeft % 64 == 0)
-                    messages->progress(1 - static_cast<float>(copiesLeft) / static_cast<float>(allCopies));
-            }
-        };
-        writeAll(scene->body);
-        std::ranges::for_each(scene->foliage, writeAll);
+        for (size_t level = 0; level < scene->levels.size(); ++level) {
+            const std::string suffix = LevelSuffix(*scene, level);
+            const auto writeAll = [&](const SceneObject& object) {
+                if (object.mesh.polygonEnds.empty()) return;
+                beginObject(file, object.mesh, suffix);
+                for (const Placement& placement : object.placements) {
+                    if (messages->isCancelled()) return;
+                    writeCopy(file, object.mesh, placement);
+                    summary.vertices += object.mesh.points.size();
+                    summary.polygons += object.mesh.polygonEnds.size();
+                    if (--copiesLeft % 64 == 0)
+                        messages->progress(1 - static_cast<float>(copiesLeft) / static_cast<float>(allCopies));
+                }
+            };
+            writeAll(scene->levels[level].body);
+            std::ranges::for_each(scene->levels[level].foliage, writeAll);
+        }
     }
 
 private:
-    // Texture coordinates are the same for all copies: they are written once.
-    void beginObject(OutputFile& file, const SceneMesh& mesh)
+    static uint64_t copiesOf(const SceneLevel& level)
     {
-        file.text("o " + oneLine(mesh.name) + "\n");
+        uint64_t copies = level.body.placements.size();
+        for (const SceneObject& object : level.foliage) copies += object.placements.size();
+        return copies;
+    }
+
+    // Texture coordinates are the same for all copies: they are written once.
+    void beginObject(OutputFile& file, const SceneMesh& mesh, const std::string& suffix)
+    {
+        file.text("o " + oneLine(mesh.name) + suffix + "\n");
         coordinateBase = coordinateCount + 1;
         coordinateCount += mesh.vertices.size();
         for (const SceneVertex& vertex : mesh.vertices) {
@@ -217,6 +227,10 @@ private:
 bool WriteObj(const Scene& scene, const ExportOptions& options, OutputFiles& files, ExportSummary& summary,
               vdt::MessageHandler& messages)
 {
+    if (!scene.finest().cloud.isEmpty()) {
+        messages.error(options.path + ": OBJ knows no points with normals; .glb, .gltf and .ply do");
+        return false;
+    }
     ObjWriter(scene, options, files, messages).write(summary);
     return true;
 }

@@ -25,12 +25,17 @@ public:
           files(&outputFiles),
           messages(&handler)
     {
-        objects.push_back(&source.body);
-        for (const SceneObject& object : source.foliage) objects.push_back(&object);
+        objects.push_back(&source.finest().body);
+        for (const SceneObject& object : source.finest().foliage) objects.push_back(&object);
     }
 
     bool write(ExportSummary& summary)
     {
+        if (scene->levels.size() > 1) {
+            messages->error(options->path + ": a PLY file holds one level of detail; put {lod} into the name");
+            return false;
+        }
+        if (!scene->finest().cloud.isEmpty()) return writeCloud(scene->finest().cloud, summary);
         for (const SceneObject* object : objects) {
             summary.vertices += object->mesh.vertices.size() * object->placements.size();
             summary.polygons += object->mesh.polygonEnds.size() * object->placements.size();
@@ -61,15 +66,37 @@ private:
         return true;
     }
 
-    void writeHeader(OutputFile& file, const ExportSummary& summary)
+    // Up to the properties that a point of a cloud and a corner of a polygon share.
+    std::string headerStart(uint64_t vertexCount) const
     {
         std::string name = scene->name;
         std::replace_if(
             name.begin(), name.end(), [](unsigned char c) { return c < ' ' || c == 0x7F; }, ' ');
-        file.text("ply\nformat binary_little_endian 1.0\ncomment " + name + ", in metres, Y up\n" + "element vertex " +
-                  std::to_string(summary.vertices) +
-                  "\nproperty float x\nproperty float y\nproperty float z\n"
-                  "property float nx\nproperty float ny\nproperty float nz\n"
+        return "ply\nformat binary_little_endian 1.0\ncomment " + name + ", in metres, Y up\nelement vertex " +
+               std::to_string(vertexCount) +
+               "\nproperty float x\nproperty float y\nproperty float z\n"
+               "property float nx\nproperty float ny\nproperty float nz\n";
+    }
+
+    bool writeCloud(const SceneCloud& cloud, ExportSummary& summary)
+    {
+        summary.points = cloud.positions.size();
+        OutputFile& file = files->create(options->path);
+        file.text(headerStart(summary.points) +
+                  "property uchar red\nproperty uchar green\nproperty uchar blue\nend_header\n");
+        for (size_t i = 0; i < cloud.positions.size(); ++i) {
+            file.write(&cloud.positions[i], sizeof cloud.positions[i]);
+            file.write(&cloud.normals[i], sizeof cloud.normals[i]);
+            record.clear();
+            appendColor(cloud.colors[i]);
+            file.text(record);
+        }
+        return true;
+    }
+
+    void writeHeader(OutputFile& file, const ExportSummary& summary)
+    {
+        file.text(headerStart(summary.vertices) +
                   "property float s\nproperty float t\n"
                   "element face " +
                   std::to_string(summary.polygons) +
@@ -100,11 +127,16 @@ private:
                 append(static_cast<int32_t>(vertexBase + mesh.corners[start + (placer.mirrors() ? count - 1 - i : i)]));
             const SceneMaterial& material = scene->materials[mesh.polygonMaterials[polygon]];
             append(material.matid);
-            for (const float channel : {material.color.r, material.color.g, material.color.b})
-                record += static_cast<char>(static_cast<int>(channel * 255 + 0.5F));
+            appendColor(material.color);
             file.text(record);
         }
         vertexBase += mesh.vertices.size();
+    }
+
+    void appendColor(const vdt::Color3f& color)
+    {
+        for (const float channel : {color.r, color.g, color.b})
+            record += static_cast<char>(static_cast<int>(channel * 255 + 0.5F));
     }
 
     void append(int32_t number)

@@ -88,14 +88,24 @@ struct SceneMaterial {
     }
 };
 
+/// One form of the plant. Its meshes name materials by their place in the scene's list.
+struct SceneLevel {
+    SceneObject body;                 // trunk and branches; without polygons if there are none
+    std::vector<SceneObject> foliage; // each with polygons and placements
+    SceneCloud cloud;                 // if the plant is shown as points; there are no polygons then
+};
+
 struct Scene {
     std::string name; // of the plant
     std::string variant;
     std::string season;
-    SceneObject body;                     // trunk and branches; without polygons if there are none
-    std::vector<SceneObject> foliage;     // each with polygons and placements
-    SceneCloud cloud;                     // if the plant is shown as points; there are no polygons then
     std::vector<SceneMaterial> materials; // those in use
+    std::vector<SceneLevel> levels;       // at least one; of several, each is coarser than the one before
+
+    const SceneLevel& finest() const { return levels.front(); }
 };
+
+/// "_LOD2"; empty for the only level.
+std::string LevelSuffix(const Scene& scene, size_t level);
 
 } // namespace verdanth

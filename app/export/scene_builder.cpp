@@ -1,104 +1,17 @@
 #include "export/scene_builder.h"
 
 #include "console/text_table.h"
-#include "export/picture.h"
+#include "export/coarse_level.h"
+#include "export/scene_materials.h"
 #include "export/scene_mesh_builder.h"
 #include "lookup/open_plant.h"
 #include "vdt/generate/plant_mesh.h"
 
 #include <algorithm>
 #include <cmath>
-#include <map>
 
 namespace verdanth {
 namespace {
-
-// Collects the materials in use, each read from the model when it is first asked for.
-class SceneMaterials {
-public:
-    SceneMaterials(const vdt::Model& source, std::vector<SceneMaterial>& target, vdt::MessageHandler& handler)
-        : model(&source),
-          materials(&target),
-          messages(&handler)
-    {
-    }
-
-    uint32_t indexOf(int32_t matid)
-    {
-        if (matid == lastId && !indices.empty()) return lastIndex;
-        const auto [entry, isNew] = indices.emplace(matid, static_cast<uint32_t>(materials->size()));
-        if (isNew) materials->push_back(convert(matid));
-        lastId = matid;
-        return lastIndex = entry->second;
-    }
-
-private:
-    SceneMaterial convert(int32_t matid)
-    {
-        SceneMaterial material;
-        material.matid = matid;
-        material.name = Numbered("material", matid);
-        const auto hasId = [matid](const vdt::MaterialData& data) { return data.matid == matid; };
-        const auto found = std::find_if(model->materials.begin(), model->materials.end(), hasId);
-        if (found == model->materials.end()) {
-            messages->warning("there is no " + material.name + "; what uses it becomes grey");
-            material.color = vdt::MaterialSide().diffuseColor;
-            return material;
-        }
-
-        const vdt::MaterialSide& front = found->front;
-        if (!found->name.empty()) material.name = found->name;
-        material.color = clamped(front.diffuseColor);
-        material.colorTexture = usable(front.diffuseTexture);
-        material.alphaTexture = usable(found->alphaTexture);
-        material.normalTexture = usable(front.normalTexture);
-        material.bumpTexture = usable(front.bumpTexture);
-        material.bumpStrength = std::isfinite(front.bumpStrength) ? front.bumpStrength : 0;
-        material.specularColor = clamped(front.specularColor);
-        material.specularTexture = usable(front.specularTexture);
-        material.roughness = roughnessOf(front);
-        material.twoSided = found->back() != nullptr;
-        if (found->hasSeparateBack() && *found->back() != front)
-            messages->message("material \"" + material.name + "\": its back looks like its front in the export");
-        return material;
-    }
-
-    // The path if the picture can be used; else empty, with a warning the first time.
-    std::string usable(const std::string& path)
-    {
-        if (path.empty()) return {};
-        const auto [entry, isNew] = usablePictures.emplace(path, false);
-        if (isNew) {
-            std::string problem;
-            entry->second = ProbePicture(path, problem).has_value();
-            if (!entry->second) messages->warning("texture " + path + " " + problem + "; its colour is used instead");
-        }
-        return entry->second ? path : std::string();
-    }
-
-    static float unitRange(float value) { return value >= 0 ? std::min(value, 1.0F) : 0; }
-
-    static vdt::Color3f clamped(const vdt::Color3f& color)
-    {
-        return {unitRange(color.r), unitRange(color.g), unitRange(color.b)};
-    }
-
-    // A highlight is as strong as its colour and as narrow as its roughness says; without one the surface is matt.
-    static float roughnessOf(const vdt::MaterialSide& side)
-    {
-        const vdt::Color3f color = clamped(side.specularColor);
-        const float strength = side.specularTexture.empty() ? std::max({color.r, color.g, color.b}) : 1;
-        return 1 - strength * (1 - unitRange(side.specularRoughness));
-    }
-
-    const vdt::Model* model;
-    std::vector<SceneMaterial>* materials;
-    vdt::MessageHandler* messages;
-    std::map<int32_t, uint32_t> indices;
-    std::map<std::string, bool> usablePictures;
-    int32_t lastId = 0;
-    uint32_t lastIndex = 0;
-};
 
 bool isUsable(const Placement& placement, double reach)
 {
@@ -133,6 +46,83 @@ double reachOf(const SceneMesh& mesh)
     return reach;
 }
 
+// Builds one level of the full plant after another.
+class FullPlantBuilder {
+public:
+    FullPlantBuilder(const SceneRequest& wanted, SceneMaterials& sceneMaterials, vdt::MessageHandler& handler)
+        : request(&wanted),
+          materials(&sceneMaterials),
+          messages(&handler),
+          metersPerUnit(MetersPerUnit(wanted.model.unit))
+    {
+    }
+
+    SceneLevel build(const PlantDetail& detail)
+    {
+        const vdt::ModelVariant& variant = request->variant;
+        vdt::Skeleton room;
+        const vdt::Skeleton& skeleton =
+            vdt::ReducedSkeleton(variant.skeleton, variant.meshes, request->season, detail.reduction, room);
+        SceneLevel level;
+        level.body = bodyOf(skeleton, detail.subdivisionLevel);
+        for (const vdt::VariantMesh& record : variant.meshes) {
+            if (messages->isCancelled()) break;
+            if (!record.mesh || !record.appliesTo(request->season)) continue;
+            SceneObject object = foliageOf(record, skeleton);
+            if (!object.mesh.polygonEnds.empty() && !object.placements.empty())
+                level.foliage.push_back(std::move(object));
+        }
+        return level;
+    }
+
+    uint64_t droppedPolygons = 0;
+
+private:
+    SceneMeshBuilder meshBuilder(SceneMesh& mesh)
+    {
+        return {mesh, metersPerUnit, [this](int32_t matid) { return materials->indexOf(matid); }};
+    }
+
+    SceneObject bodyOf(const vdt::Skeleton& skeleton, int32_t subdivisionLevel)
+    {
+        SceneObject body;
+        SceneMeshBuilder builder = meshBuilder(body.mesh);
+        vdt::BuildBranchMesh(skeleton, request->variant.meshes, subdivisionLevel, request->uniform, builder, *messages);
+        builder.finish();
+        droppedPolygons += builder.droppedPolygons;
+        body.mesh.name = "branches";
+        body.placements = {Placement()};
+        return body;
+    }
+
+    SceneObject foliageOf(const vdt::VariantMesh& record, const vdt::Skeleton& skeleton)
+    {
+        SceneObject object;
+        SceneMeshBuilder leaf = meshBuilder(object.mesh);
+        leaf.AppendMesh(*record.mesh, vdt::Matrix::Identity());
+        leaf.finish();
+        droppedPolygons += leaf.droppedPolygons;
+        object.mesh.name = record.mesh->name.empty() ? Numbered("foliage", record.group) : record.mesh->name;
+        const double reach = reachOf(object.mesh);
+        for (const vdt::SkeletonConnector& connector : skeleton.connectors) {
+            if (connector.attributes.group != record.group || connector.point >= skeleton.points.size()) continue;
+            const Placement placement = placementOf(skeleton, connector, metersPerUnit);
+            if (isUsable(placement, reach)) object.placements.push_back(placement);
+        }
+        return object;
+    }
+
+    const SceneRequest* request;
+    SceneMaterials* materials;
+    vdt::MessageHandler* messages;
+    double metersPerUnit;
+};
+
+bool isEmpty(const SceneLevel& level)
+{
+    return level.body.mesh.polygonEnds.empty() && level.foliage.empty() && level.cloud.isEmpty();
+}
+
 } // namespace
 
 vdt::Matrix Placement::matrix() const
@@ -142,50 +132,33 @@ vdt::Matrix Placement::matrix() const
     return result;
 }
 
+std::string LevelSuffix(const Scene& scene, size_t level)
+{
+    return scene.levels.size() > 1 ? "_LOD" + std::to_string(level) : std::string();
+}
+
 bool BuildScene(const SceneRequest& request, Scene& scene, vdt::MessageHandler& messages)
 {
-    const double meters = MetersPerUnit(request.model.unit);
-    SceneMaterials materials(request.model, scene.materials, messages);
-    const auto materialIndex = [&](int32_t matid) { return materials.indexOf(matid); };
     scene.name = request.model.name.empty() ? "plant" : request.model.name;
     scene.variant = request.variant.name;
     scene.season = request.season;
 
+    SceneMaterials materials(request.model, request.season, scene.materials, messages);
     uint64_t dropped = 0;
     messages.beginProgress("building the plant");
-    SceneMeshBuilder body(scene.body.mesh, meters, materialIndex);
-    vdt::Skeleton room;
-    const vdt::Skeleton& skeleton =
-        vdt::ReducedSkeleton(request.variant.skeleton, request.variant.meshes, request.season, request.reduction, room);
-    vdt::BuildBranchMesh(skeleton, request.variant.meshes, request.subdivisionLevel, request.uniform, body, messages);
-    body.finish();
-    scene.body.mesh.name = "branches";
-    scene.body.placements = {Placement()};
-    dropped += body.droppedPolygons;
-
-    for (const vdt::VariantMesh& record : request.variant.meshes) {
-        if (messages.isCancelled()) break;
-        if (!record.mesh || !record.appliesTo(request.season)) continue;
-        SceneObject object;
-        SceneMeshBuilder leaf(object.mesh, meters, materialIndex);
-        leaf.AppendMesh(*record.mesh, vdt::Matrix::Identity());
-        leaf.finish();
-        object.mesh.name = record.mesh->name.empty() ? Numbered("foliage", record.group) : record.mesh->name;
-        dropped += leaf.droppedPolygons;
-        const double reach = reachOf(object.mesh);
-        for (const vdt::SkeletonConnector& connector : skeleton.connectors) {
-            if (connector.attributes.group != record.group || connector.point >= skeleton.points.size()) continue;
-            const Placement placement = placementOf(skeleton, connector, meters);
-            if (isUsable(placement, reach)) object.placements.push_back(placement);
-        }
-        if (!object.mesh.polygonEnds.empty() && !object.placements.empty()) scene.foliage.push_back(std::move(object));
+    if (request.form == PlantForm::Full) {
+        FullPlantBuilder builder(request, materials, messages);
+        for (const PlantDetail& detail : request.details) scene.levels.push_back(builder.build(detail));
+        dropped = builder.droppedPolygons;
+    } else {
+        scene.levels.push_back(BuildCoarseLevel(request, materials, dropped, messages));
     }
     messages.endProgress();
     if (messages.isCancelled()) return false;
 
     if (dropped > 0)
         messages.warning(std::to_string(dropped) + " polygons are left out: their corners are not at finite positions");
-    if (!scene.body.mesh.polygonEnds.empty() || !scene.foliage.empty()) return true;
+    if (std::none_of(scene.levels.begin(), scene.levels.end(), isEmpty)) return true;
     messages.error("the variant has nothing to show: neither branches nor foliage");
     return false;
 }

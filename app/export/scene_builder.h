@@ -7,16 +7,35 @@
 #include "vdt/skeleton/reduce.h"
 
 #include <string>
+#include <vector>
 
 namespace verdanth {
+
+/// What stands for the plant.
+enum class PlantForm {
+    Full,  // branches and foliage
+    Proxy, // the stored stand-in; without one, the hull of the crown and the branches on the way there
+    Box,   // the plant's bound
+    Cloud, // points scattered over its surface
+    Blob,  // a smooth skin around the crown
+};
+
+/// How much of the full plant is built.
+struct PlantDetail {
+    int32_t subdivisionLevel = 1;
+    vdt::ReductionParameters reduction{};
+
+    friend bool operator==(const PlantDetail&, const PlantDetail&) = default;
+};
 
 struct SceneRequest {
     const vdt::Model& model;
     const vdt::ModelVariant& variant; // with its geometry
-    std::string season;
-    int32_t subdivisionLevel = 1;
-    bool uniform = false;
-    vdt::ReductionParameters reduction{};
+    std::string season{};
+    PlantForm form = PlantForm::Full;
+    bool uniform = false;                 // round all branches alike
+    std::vector<PlantDetail> details{{}}; // one a level of the scene, for the full plant; other forms have one level
+    uint64_t cloudPoints = 100000;
 };
 
 /// Builds the plant. What cannot be taken over - a texture without content, a material id without material, numbers

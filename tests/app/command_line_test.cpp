@@ -69,6 +69,8 @@ TEST(CommandLine, AnswersWithAnExitStatusAndOneLineAProblem)
         {{"info", "--help"}, 0, ""},
         {{"check", "--help"}, 0, ""},
         {{"export", "--help"}, 0, ""},
+        {{"list", "--help"}, 0, ""},
+        {{"convert", "--help"}, 0, ""},
         {{"prune"}, 2, "prune"},
         {{"info"}, 2, "plant"},
         {{"info", tree, "--format", "xml"}, 2, "xml"},

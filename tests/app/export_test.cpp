@@ -76,7 +76,7 @@ TEST(Export, EveryFormatGivesTheGeometryThatTheLibraryBuilds)
 
         const ReadScene reference = exported(folder, {"--season", season}, "reference.glb");
         for (const std::string suffix : kSuffixes) {
-            for (const char* form : {"merge", "nodes"}) {
+            for (const char* form : {"merge", "nodes", "gpu"}) {
                 SCOPED_TRACE(suffix + " " + form + " " + season);
                 const ReadScene scene = exported(folder, {"--season", season, "--instances", form}, "out" + suffix);
                 const bool gltf = suffix == ".glb" || suffix == ".gltf";
@@ -128,6 +128,10 @@ TEST(Export, NodesHoldEachMeshOnceAndANodeACopy)
     EXPECT_EQ(uses, (std::map<int, int>{{0, 1}, {1, 2}, {2, 1}}));
     EXPECT_EQ(exported(folder, {"--season", "summer"}).document["meshes"].size(),
               3u); // branches; bark and leaf foliage
+
+    const auto lists = exported(folder, {"--season", "summer", "--instances", "gpu"}).document;
+    EXPECT_EQ(lists["nodes"].size(), 4u); // the root and a node a mesh
+    EXPECT_EQ(lists["extensionsRequired"][0], "EXT_mesh_gpu_instancing");
 }
 
 TEST(Export, TakesUnitVariantSeasonAndSubdivisionAsAsked)

@@ -35,7 +35,7 @@ TEST(GltfValidator, FindsNoErrorInAnyFormOfExport)
     std::string files;
     int number = 0;
     for (const std::string& source : sources) {
-        for (const char* form : {"merge", "nodes"}) {
+        for (const char* form : {"merge", "nodes", "gpu"}) {
             for (const char* suffix : {".glb", ".gltf"}) {
                 const std::string out = folder.path("out" + std::to_string(number++) + suffix);
                 ASSERT_EQ(RunApp({"export", source, "-o", out, "--instances", form, "--variant", "0"}).status, 0)
@@ -44,6 +44,18 @@ TEST(GltfValidator, FindsNoErrorInAnyFormOfExport)
             }
         }
         if (number >= 24) break; // some plants are enough
+    }
+    for (const std::vector<std::string>& form :
+         std::vector<std::vector<std::string>>{{"--as", "proxy"},
+                                               {"--as", "box"},
+                                               {"--as", "cloud", "--points", "500"},
+                                               {"--as", "blob"},
+                                               {"--lod", "2"}}) {
+        const std::string out = folder.path("out" + std::to_string(number++) + ".glb");
+        std::vector<std::string> arguments = {"export", sources.back(), "-o", out, "--variant", "0"};
+        arguments.insert(arguments.end(), form.begin(), form.end());
+        ASSERT_EQ(RunApp(arguments).status, 0) << form[1];
+        files += " '" + out + "'";
     }
     const std::string tools = std::filesystem::path(VERDANTH_PROGRAM).parent_path().string() + "/gltf_validator";
     const int status = std::system((VERDANTH_TEST_DATA "/app/validate_gltf.sh '" + tools + "'" + files).c_str());

@@ -73,8 +73,21 @@ vdt::Vector3 turned(const Json& q, const vdt::Vector3& v)
     return v + 2.0 * vdt::Cross(u, vdt::Cross(u, v) + q[3].get<double>() * v);
 }
 
+void readPoints(ReadScene& scene, const Json& primitive)
+{
+    const auto attribute = [&](const char* name) { return accessorValues(scene, primitive["attributes"][name]); };
+    const auto positions = attribute("POSITION");
+    const auto normals = attribute("NORMAL");
+    const auto colors = attribute("COLOR_0");
+    ASSERT_EQ(positions.size(), normals.size());
+    ASSERT_EQ(positions.size(), colors.size());
+    for (size_t i = 0; i < positions.size(); ++i)
+        scene.points.push_back({vectorOf(positions[i]), vectorOf(normals[i]), vectorOf(colors[i])});
+}
+
 void readPrimitive(ReadScene& scene, const Json& node, const Json& primitive)
 {
+    if (primitive.value("mode", 4) == 0) return readPoints(scene, primitive);
     const auto attribute = [&](const char* name) { return accessorValues(scene, primitive["attributes"][name]); };
     const auto positions = attribute("POSITION");
     const auto normals = attribute("NORMAL");
@@ -103,19 +116,40 @@ void readPrimitive(ReadScene& scene, const Json& node, const Json& primitive)
     }
 }
 
+void readMesh(ReadScene& scene, const Json& node)
+{
+    for (const Json& primitive : scene.document["meshes"].at(node["mesh"].get<size_t>())["primitives"])
+        readPrimitive(scene, node, primitive);
+}
+
+// One node that stands for many: each has a place in three lists.
+void readInstances(ReadScene& scene, const Json& node, const Json& lists)
+{
+    const auto turns = accessorValues(scene, lists["ROTATION"]);
+    const auto shifts = accessorValues(scene, lists["TRANSLATION"]);
+    const auto scales = accessorValues(scene, lists["SCALE"]);
+    ASSERT_EQ(turns.size(), shifts.size());
+    ASSERT_EQ(turns.size(), scales.size());
+    for (size_t i = 0; i < turns.size(); ++i)
+        readMesh(scene,
+                 {{"mesh", node["mesh"]}, {"rotation", turns[i]}, {"translation", shifts[i]}, {"scale", scales[i]}});
+}
+
 void readNode(ReadScene& scene, size_t index)
 {
     const Json node = scene.document["nodes"].at(index);
-    if (node.contains("mesh"))
-        for (const Json& primitive : scene.document["meshes"].at(node["mesh"].get<size_t>())["primitives"])
-            readPrimitive(scene, node, primitive);
+    const Json extensions = node.value("extensions", Json::object());
+    if (extensions.contains("EXT_mesh_gpu_instancing"))
+        readInstances(scene, node, extensions["EXT_mesh_gpu_instancing"]["attributes"]);
+    else if (node.contains("mesh"))
+        readMesh(scene, node);
     if (node.contains("children"))
         for (const Json& child : node["children"]) readNode(scene, child);
 }
 
 } // namespace
 
-ReadScene ReadGltfFile(const std::string& path)
+ReadScene ReadGltfFile(const std::string& path, size_t level)
 {
     ReadScene scene;
     const std::string content = vdt::test::BytesOfFile(path);
@@ -141,7 +175,12 @@ ReadScene ReadGltfFile(const std::string& path)
         const bool inPlace = !image.contains("uri") || std::filesystem::exists(folder / unescaped(image["uri"]));
         EXPECT_TRUE(inPlace) << image;
     }
-    for (const Json& root : scene.document["scenes"][0]["nodes"]) readNode(scene, root);
+    for (const Json& root : scene.document["scenes"][0]["nodes"])
+        readNode(scene, level == 0 ? root.get<size_t>()
+                                   : scene.document["nodes"]
+                                         .at(root.get<size_t>())["extensions"]["MSFT_lod"]["ids"]
+                                         .at(level - 1)
+                                         .get<size_t>());
     return scene;
 }
 
@@ -191,6 +230,19 @@ ReadScene ReadPlyFile(const std::string& path)
         if (words >> keyword >> element && keyword == "element") words >> counts[element];
     }
     const auto vertices = static_cast<size_t>(lines.tellg());
+    if (!counts.contains("face")) { // a cloud
+        constexpr size_t kPoint = 6 * 4 + 3;
+        EXPECT_EQ(vertices + counts["vertex"] * kPoint, content.size());
+        for (size_t i = 0; i < counts["vertex"]; ++i) {
+            const size_t at = vertices + i * kPoint;
+            const auto number = [&](size_t k) { return numberAt<float>(content, at + k * 4); };
+            const auto channel = [&](size_t k) { return numberAt<uint8_t>(content, at + 24 + k) / 255.0; };
+            scene.points.push_back({{number(0), number(1), number(2)},
+                                    {number(3), number(4), number(5)},
+                                    {channel(0), channel(1), channel(2)}});
+        }
+        return scene;
+    }
     size_t place = vertices + counts["vertex"] * 32;
     for (size_t i = 0; i < counts["face"]; ++i) {
         ReadPolygon polygon;

@@ -23,8 +23,13 @@ struct ReadPolygon {
     std::vector<ReadCorner> corners;
 };
 
+struct ReadPoint {
+    vdt::Vector3 position, normal, color;
+};
+
 struct ReadScene {
     std::vector<ReadPolygon> polygons;
+    std::vector<ReadPoint> points;
     nlohmann::json document; // of glTF
     std::string buffer;
 
@@ -33,8 +38,8 @@ struct ReadScene {
     std::pair<vdt::Vector3, double> area(const std::string& material) const;
 };
 
-/// .glb or .gltf
-ReadScene ReadGltfFile(const std::string& path);
+/// .glb or .gltf; of several levels of detail the one that is asked for.
+ReadScene ReadGltfFile(const std::string& path, size_t level = 0);
 ReadScene ReadObjFile(const std::string& path);
 /// Materials are called by their ids.
 ReadScene ReadPlyFile(const std::string& path);

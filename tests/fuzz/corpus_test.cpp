@@ -58,5 +58,13 @@ TEST(Corpus, InflateStreamKeepsItsPromises)
 {
     replay("inflate_stream", FuzzInflateStream);
 }
+TEST(Corpus, GeoKeepsItsPromises)
+{
+    replay("geo", FuzzGeo);
+}
+TEST(Corpus, PlantsOfAnyNumbersKeepTheirPromises)
+{
+    replay("plant", FuzzPlant);
+}
 
 } // namespace vdt::test

@@ -10,5 +10,7 @@ namespace vdt::test {
 std::string FuzzEventParser(std::string_view input);
 std::string FuzzModelReader(std::string_view input);
 std::string FuzzInflateStream(std::string_view input);
+std::string FuzzGeo(std::string_view input);
+std::string FuzzPlant(std::string_view input);
 
 } // namespace vdt::test

@@ -1,3 +1,4 @@
+#include "fuzz/complaints.h"
 #include "fuzz/entries.h"
 #include "vdt/file/vdt_reader.h"
 #include "vdt/file/vdt_writer.h"
@@ -26,13 +27,6 @@ std::string written(const Model& model)
     return VdtWriter(model, messages).write(stream) ? stream.str() : "";
 }
 
-std::string meshComplaint(const Mesh& mesh)
-{
-    for (const uint64_t point : mesh.polygonVertices)
-        if (point >= mesh.PointCount()) return "a mesh refers to a missing point";
-    return {};
-}
-
 std::string variantComplaint(const ModelVariant& variant)
 {
     const Skeleton& skeleton = variant.skeleton;
@@ -42,7 +36,7 @@ std::string variantComplaint(const ModelVariant& variant)
         for (const SkeletonVertex* vertex = branch.firstVertex; vertex; vertex = vertex->next)
             if (vertex->point >= skeleton.points.size()) return "a vertex refers to a missing point";
     for (const VariantMesh& record : variant.meshes)
-        if (const std::string complaint = meshComplaint(*record.mesh); !complaint.empty()) return complaint;
+        if (const std::string complaint = MeshComplaint(*record.mesh); !complaint.empty()) return complaint;
 
     // A few kilobytes may rightly ask for a million leaves; that is no news.
     size_t leafCorners = 0;
@@ -55,7 +49,7 @@ std::string variantComplaint(const ModelVariant& variant)
         BuildPlantMesh(variant, {.season = "summer"}, plant, messages);
     else
         BuildBranchMesh(skeleton, variant.meshes, 1, false, plant, messages);
-    return meshComplaint(plant);
+    return MeshComplaint(plant);
 }
 
 } // namespace

@@ -38,6 +38,24 @@ TEST(MersenneTwister, RandomBelowIsTheFirstOutputOfAGeneratorSeededWithTheBound)
     for (uint32_t n = 1; n < 20000; ++n) ASSERT_EQ(RandomBelow(n), MersenneTwister(n).next() % n) << n;
     EXPECT_EQ(RandomBelow(0xfffffffbU), MersenneTwister(0xfffffffbU).next() % 0xfffffffbU);
     EXPECT_EQ(RandomBelow(0), 0);
+
+    for (const uint32_t first : {1U, 5U, 0x7ffffff8U, 0xfffffff8U}) { // the last one wraps round
+        const auto run = RandomBelowRun(first);
+        for (uint32_t i = 0; i < kRandomRun; ++i) EXPECT_EQ(run[i], RandomBelow(first + i)) << first << " + " << i;
+    }
+}
+
+TEST(MersenneTwister, AShuffleSwapsEachElementWithTheOneThatItsPlaceNames)
+{
+    for (size_t count = 0; count < 80; ++count) {
+        std::vector<int> shuffled(count);
+        std::iota(shuffled.begin(), shuffled.end(), 0);
+        std::vector<int> expected = shuffled;
+        ShuffleRange(shuffled.begin(), shuffled.end());
+        for (size_t i = 1; i < count; ++i)
+            std::swap(expected[i], expected[MersenneTwister(static_cast<uint32_t>(i + 1)).next() % (i + 1)]);
+        EXPECT_EQ(shuffled, expected) << count;
+    }
 }
 
 TEST(MersenneTwister, ShufflesKeepEveryElementAndRepeat)

@@ -1,6 +1,7 @@
 #include "support/literal_reduce.h"
 #include "support/skeleton_builder.h"
 #include "vdt/math/mersenne_twister.h"
+#include "vdt/mesh/convex_hull.h"
 #include "vdt/mesh/variant_mesh.h"
 #include "vdt/skeleton/reduce.h"
 
@@ -88,6 +89,34 @@ TEST(Reduce, KeepsSideBranchesUpToTheCutAndNoneBehindIt)
     EXPECT_TRUE(reduced(source, {.maxLevel = 0}).branches.empty());
     EXPECT_TRUE(reduced(source, {.minRadius = 2}).branches.empty());
     EXPECT_TRUE(reduced(Skeleton(), {.maxLevel = 2}).isEmpty());
+}
+
+TEST(CutAtHull, EndsBranchesBehindTheirFirstVertexInside)
+{
+    Dice dice(3);
+    for (uint32_t seed = 0; seed < 60; ++seed) {
+        SCOPED_TRACE(seed);
+        const Skeleton source = RandomTree(seed, 2 + seed % 40);
+        Box box;
+        source.GetBounds(box, BoundsMode::AllPoints);
+        std::vector<Vector3> corners;
+        for (int i = 0; i < 12; ++i) corners.push_back(box.center() + dice.position(box.diagonal() * 0.3));
+        Mesh hull;
+        BuildConvexHull(corners, hull);
+
+        Skeleton result = RandomTree(99, 3), expected;
+        const uint64_t kept = source.CutAtHull(result, hull);
+        EXPECT_TRUE(CheckSkeleton(result));
+        EXPECT_EQ(kept, LiteralReduceBranches(source, expected, [&](const SkeletonVertex& v, uint64_t) {
+                      return PointInsideHull(source.points[v.point].position, hull);
+                  }));
+        EXPECT_EQ(Everything(result), Everything(expected));
+    }
+
+    // An empty hull holds everything, so each branch ends at its root.
+    Skeleton nothing;
+    EXPECT_EQ(SkeletonBuilder().trunk(5).take().CutAtHull(nothing, Mesh()), 1);
+    EXPECT_TRUE(nothing.branches.empty());
 }
 
 TEST(Reduce, NothingToReduceIsACopyToTheBit)

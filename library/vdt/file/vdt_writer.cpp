@@ -269,22 +269,27 @@ std::string writeModel(TextSink& sink, const Model& model, const VdtWriterOption
     return xml.finish();
 }
 
-// Empty, or the reason why the file could not be written.
+// Empty, or the reason why the stream could not be written.
+std::string writeTo(std::ostream& stream, bool compressed, const Model& model, const VdtWriterOptions& options)
+{
+    if (!compressed) {
+        StreamSink sink(stream);
+        return writeModel(sink, model, options);
+    }
+    GzipSink sink(stream);
+    std::string reason = writeModel(sink, model, options);
+    if (!sink.finish() && reason.empty()) reason = "the output could not be written";
+    return reason;
+}
+
+// The same for a file.
 std::string writeTo(const std::filesystem::path& path, bool compressed, const Model& model,
                     const VdtWriterOptions& options)
 {
     std::ofstream file(path, std::ios::binary | std::ios::trunc);
     if (!file) return "the file cannot be made";
 
-    std::string reason;
-    if (compressed) {
-        GzipSink sink(file);
-        reason = writeModel(sink, model, options);
-        if (!sink.finish() && reason.empty()) reason = "the output could not be written";
-    } else {
-        StreamSink sink(file);
-        reason = writeModel(sink, model, options);
-    }
+    std::string reason = writeTo(file, compressed, model, options);
     file.close();
     if (!file && reason.empty()) reason = "the output could not be written";
     return reason;
@@ -318,10 +323,9 @@ bool VdtWriter::writeFile(const std::string& path)
     return false;
 }
 
-bool VdtWriter::write(std::ostream& stream)
+bool VdtWriter::write(std::ostream& stream, bool compressed)
 {
-    StreamSink sink(stream);
-    const std::string reason = writeModel(sink, *model, options);
+    const std::string reason = writeTo(stream, compressed, *model, options);
     if (!reason.empty()) messageHandler->error("The model could not be written: " + reason + ".");
     return reason.empty();
 }

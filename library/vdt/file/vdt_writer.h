@@ -24,9 +24,9 @@ public:
     /// path's own unless the options name another. False, with an error that names file and cause, if that fails.
     bool writeFile(const std::string& path);
 
-    /// Writes the plain text. False if the stream failed or the model cannot be told in the format, such as a text
-    /// with a zero byte or a polygon of more than five corners.
-    bool write(std::ostream& stream);
+    /// Writes the text, plain or as gzip. False if the stream failed or the model cannot be told in the format, such as
+    /// a text with a zero byte or a polygon of more than five corners.
+    bool write(std::ostream& stream, bool compressed = false);
 
 private:
     const Model* model;

@@ -3,27 +3,16 @@
 namespace vdt {
 namespace {
 
-// A connector that stands on no point places nothing.
-bool isPlacedAt(const Skeleton& skeleton, const SkeletonConnector& connector, const VariantMesh& record)
-{
-    return connector.attributes.group == record.group && connector.point < skeleton.points.size();
-}
-
-bool isShown(const VariantMesh& record, std::string_view season)
-{
-    return record.mesh && record.appliesTo(season);
-}
-
 // Grows the arrays once for all copies.
 void reserveFoliage(const Skeleton& skeleton, std::span<const VariantMesh> foliage, std::string_view season,
                     Mesh& output)
 {
     uint64_t pointCount = 0, polygonCount = 0, cornerCount = 0;
     for (const VariantMesh& record : foliage) {
-        if (!isShown(record, season)) continue;
+        if (!IsShown(record, season)) continue;
         uint64_t copies = 0;
         for (const SkeletonConnector& connector : skeleton.connectors)
-            copies += isPlacedAt(skeleton, connector, record);
+            copies += IsPlacedAt(skeleton, connector, record);
         pointCount += copies * record.mesh->positions.size();
         polygonCount += copies * record.mesh->polygonEnds.size();
         cornerCount += copies * record.mesh->polygonVertices.size();
@@ -48,9 +37,9 @@ void PlaceFoliage(const Skeleton& skeleton, std::span<const VariantMesh> foliage
     if (Mesh* mesh = dynamic_cast<Mesh*>(&output)) reserveFoliage(skeleton, foliage, season, *mesh);
 
     for (const VariantMesh& record : foliage) {
-        if (!isShown(record, season)) continue;
+        if (!IsShown(record, season)) continue;
         for (const SkeletonConnector& connector : skeleton.connectors)
-            if (isPlacedAt(skeleton, connector, record))
+            if (IsPlacedAt(skeleton, connector, record))
                 output.AppendMesh(*record.mesh, ConnectorFrame(skeleton, connector));
     }
 }

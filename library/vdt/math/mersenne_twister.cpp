@@ -28,6 +28,13 @@ constexpr uint32_t seedFactorOf(uint32_t position)
     return factor;
 }
 
+// Of a generator seeded with `seed`. Three words of the seeded state are all that it is made of.
+constexpr uint32_t firstOutput(uint32_t seed)
+{
+    constexpr uint32_t kShiftedFactor = seedFactorOf(kShift);
+    return tempered(twisted(seed, seed * kSeedFactor, seed * kShiftedFactor));
+}
+
 } // namespace
 
 MersenneTwister::MersenneTwister(uint32_t seed)
@@ -52,10 +59,16 @@ void MersenneTwister::reload()
 
 uint32_t RandomBelow(uint32_t n)
 {
-    if (n == 0) return 0;
-    // Three words of the seeded state are all that the first output is made of.
-    constexpr uint32_t kShiftedFactor = seedFactorOf(kShift);
-    return tempered(twisted(n, n * kSeedFactor, n * kShiftedFactor)) % n;
+    return n == 0 ? 0 : firstOutput(n) % n;
+}
+
+std::array<uint32_t, kRandomRun> RandomBelowRun(uint32_t firstBound)
+{
+    std::array<uint32_t, kRandomRun> numbers;
+    for (uint32_t i = 0; i < kRandomRun; ++i) numbers[i] = firstOutput(firstBound + i);
+    // Apart from the loop above, which can run on several words at once.
+    for (uint32_t i = 0; i < kRandomRun; ++i) numbers[i] %= std::max(firstBound + i, 1U);
+    return numbers;
 }
 
 } // namespace vdt

@@ -46,12 +46,21 @@ private:
 /// The first output of a generator seeded with `n`, modulo `n`: always the same for the same `n`. 0 for 0.
 uint32_t RandomBelow(uint32_t n);
 
+/// How many bounds RandomBelowRun() takes at once.
+constexpr uint32_t kRandomRun = 16;
+
+/// RandomBelow() for `firstBound` and the bounds that follow it, in less time than one by one.
+std::array<uint32_t, kRandomRun> RandomBelowRun(uint32_t firstBound);
+
 /// Shuffles by RandomBelow: the order depends on the range's length alone.
 template <std::random_access_iterator Iterator> void ShuffleRange(Iterator first, Iterator last)
 {
     const auto count = last - first;
-    for (std::iter_difference_t<Iterator> i = 1; i < count; ++i)
-        std::iter_swap(first + i, first + RandomBelow(static_cast<uint32_t>(i + 1)));
+    std::iter_difference_t<Iterator> i = 1;
+    while (i + static_cast<std::iter_difference_t<Iterator>>(kRandomRun) <= count)
+        for (const uint32_t other : RandomBelowRun(static_cast<uint32_t>(i + 1)))
+            std::iter_swap(first + i++, first + other);
+    for (; i < count; ++i) std::iter_swap(first + i, first + RandomBelow(static_cast<uint32_t>(i + 1)));
 }
 
 /// Shuffles by a running generator.

@@ -9,10 +9,12 @@
 #include "vdt/mesh/convex_hull.h"
 
 #include "vdt/memory/array.h"
+#include "vdt/mesh/point_boxes.h"
 
 #include <array>
 #include <deque>
 #include <limits>
+#include <optional>
 
 namespace vdt {
 namespace {
@@ -23,6 +25,7 @@ constexpr double kOnFace = 1e-6;          // points no farther out than this are
 constexpr double kMissable = kOnFace / 2; // how far out a point may be that a face does not list
 constexpr uint64_t kFacesPerPoint = 64;
 constexpr uint64_t kListedPerPoint = 32; // how often all lists together may hold each point, on average
+constexpr uint32_t kUnsortedPasses = 64; // over all points, before these are gathered in boxes
 constexpr uint32_t kNoIndex = ~uint32_t{0};
 
 struct HullFace {
@@ -112,12 +115,15 @@ private:
     void listFromParents(HullFace& face, const HullFace& removedFace, const HullFace& keptFace);
     void openList(HullFace& face, uint64_t mostPoints);
     void list(HullFace& face, double& reach, uint32_t point, bool isNew);
+    static void noteDistance(HullFace& face, double& reach, uint32_t point, double distance);
     void closeList(HullFace& face);
     void compactPool();
 
     std::span<const Vector3> points;
     Array<CloudPoint> cloud;
     uint32_t stamp = 0;
+    uint32_t passes = 0; // over all points
+    std::optional<PointBoxes> boxes;
     Vector3 center;
     double diagonal;             // of the box around all points; infinite or not a number if some point is
     double noise;                // above the error of any distance computed within the box
@@ -168,7 +174,7 @@ void HullBuilder::build()
         enterFace(slot);
     }
 
-    const uint64_t faceLimit = kFacesPerPoint * points.size();
+    const uint64_t faceLimit = std::min<uint64_t>(kFacesPerPoint * points.size(), kNoIndex);
     while (!pending.empty() && faceCount < faceLimit) {
         const auto [key, slot] = pending.front();
         pending.pop_front();
@@ -333,10 +339,20 @@ void HullBuilder::linkNeighbour(uint32_t slot, uint32_t from, uint32_t to, uint3
 
 void HullBuilder::listFromAll(HullFace& face)
 {
-    openList(face, cloud.size());
     double reach = kOnFace;
-    for (uint32_t point = 0; point < cloud.size(); ++point) list(face, reach, point, true);
-    closeList(face);
+    if (passes++ < kUnsortedPasses) {
+        openList(face, cloud.size());
+        for (uint32_t point = 0; point < cloud.size(); ++point) list(face, reach, point, true);
+        return closeList(face);
+    }
+
+    // The usual end of clouds with flat parts: faces without number, many of them right through the cloud. Their lists
+    // would be long, so they get none, only their farthest point.
+    if (!boxes) boxes.emplace(points);
+    face.missed = std::numeric_limits<double>::infinity();
+    boxes->visitFarthest(face.plane.normal, face.plane.origin, reach, 2 * noise, [&](uint32_t point) {
+        noteDistance(face, reach, point, face.plane.distance(cloud[point].position));
+    });
 }
 
 // The new plane N goes through an edge of both parents' planes. With weights r and k for which |N - r R - k K| is
@@ -360,10 +376,10 @@ void HullBuilder::listFromParents(HullFace& face, const HullFace& removedFace, c
         ofKept = 0;
     }
     const double rest = Length(n - r * ofRemoved - k * ofKept) * diagonal;
-    const Vector3& origin = face.plane.origin;
-    const double missed = ofRemoved * (removedFace.missed + std::fabs(removedFace.plane.distance(origin))) +
-                          ofKept * (keptFace.missed + std::fabs(keptFace.plane.distance(origin))) + rest +
-                          noise * (1 + ofRemoved + ofKept);
+    const auto share = [&](const HullFace& parent, double weight) {
+        return weight > 0 ? weight * (parent.missed + std::fabs(parent.plane.distance(face.plane.origin)) + noise) : 0;
+    };
+    const double missed = share(removedFace, ofRemoved) + share(keptFace, ofKept) + rest + noise;
     if (!(missed <= kMissable)) return listFromAll(face);
 
     face.missed = missed;
@@ -396,8 +412,14 @@ inline void HullBuilder::list(HullFace& face, double& reach, uint32_t point, boo
     const double distance = face.plane.distance(cloud[point].position);
     pool[face.listStart + face.listCount] = point;
     face.listCount += static_cast<uint32_t>(distance > face.missed) & static_cast<uint32_t>(isNew);
+    noteDistance(face, reach, point, distance);
+}
+
+// Keeps the farthest point so far, of equals the earliest.
+inline void HullBuilder::noteDistance(HullFace& face, double& reach, uint32_t point, double distance)
+{
     if (distance < reach || !(distance > kOnFace)) return;
-    if (distance == reach && point > face.farthest) return; // the earlier of equals
+    if (distance == reach && point > face.farthest) return;
     reach = distance;
     face.farthest = point;
 }
@@ -528,12 +550,12 @@ HullPlanes::HullPlanes(const MeshInputAccessor& hull)
 bool HullPlanes::contains(const Vector3& point) const
 {
     for (const Block& block : blocks) {
-        unsigned outside = 0;
+        int64_t outside = 0; // as wide as a distance
         for (size_t lane = 0; lane < kLanes; ++lane) {
             const double distance = (block.originX[lane] - point.x) * block.normalX[lane] +
                                     (block.originY[lane] - point.y) * block.normalY[lane] +
                                     (block.originZ[lane] - point.z) * block.normalZ[lane];
-            outside |= static_cast<unsigned>(distance > 0);
+            outside |= distance > 0 ? -1 : 0;
         }
         if (outside) return false;
     }

@@ -21,6 +21,8 @@ struct ReductionParameters {
 
     /// True if a skeleton reduced by these is the whole skeleton.
     bool keepAll() const;
+
+    friend bool operator==(const ReductionParameters&, const ReductionParameters&) = default;
 };
 
 /// The skeleton reduced, in `room`, or `whole` itself where there is nothing to reduce.

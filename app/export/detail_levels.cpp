@@ -1,0 +1,209 @@
+#include "export/detail_levels.h"
+
+#include "console/text_table.h"
+#include "vdt/generate/control_mesh.h"
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <limits>
+#include <map>
+
+namespace verdanth {
+namespace {
+
+constexpr double kTolerance = 0.1; // of a budget
+
+// Counts what subdivision makes of a control mesh from the corners of its polygons.
+class CornerCounter final : public vdt::MeshOutputAccessor {
+public:
+    bool SetName(std::string_view) override { return true; }
+    uint64_t AddPoint(const vdt::Vector3&, const vdt::Vector3&) override { return points++; }
+    uint64_t AddUV(float, float) override { return coordinates++; }
+    bool AddPolygon(std::span<const uint64_t> vertices, std::span<const uint64_t>, int32_t) override
+    {
+        corners.push_back(static_cast<uint32_t>(vertices.size()));
+        return true;
+    }
+
+    uint64_t points = 0;
+    uint64_t coordinates = 0;
+    std::vector<uint32_t> corners; // one a polygon
+};
+
+bool differs(uint64_t count, uint64_t budget, double tolerance)
+{
+    const auto wanted = static_cast<double>(budget);
+    return std::fabs(static_cast<double>(count) - wanted) > tolerance * wanted;
+}
+
+uint64_t trianglesIn(uint64_t corners)
+{
+    return corners > 2 ? corners - 2 : 0;
+}
+
+uint64_t trianglesIn(const vdt::Mesh& mesh)
+{
+    uint64_t triangles = 0;
+    for (uint64_t i = 0; i < mesh.polygonEnds.size(); ++i)
+        triangles += trianglesIn(mesh.polygonEnds[i] - mesh.polygonStart(i));
+    return triangles;
+}
+
+// Searches in one plant. Counting needs no more than control meshes.
+class DetailSearch {
+public:
+    DetailSearch(const SceneRequest& plant, vdt::MessageHandler& handler) : request(&plant), messages(&handler)
+    {
+        const vdt::ModelVariant& variant = plant.variant;
+        for (const vdt::VariantMesh& record : variant.meshes)
+            if (record.mesh && record.appliesTo(plant.season))
+                trianglesOfGroup[record.group] += trianglesIn(*record.mesh);
+        for (const vdt::SkeletonBranch& branch : variant.skeleton.branches)
+            for (const vdt::SkeletonVertex* v = branch.firstVertex; v; v = v->next)
+                if (std::isfinite(v->attributes.radius)) radii.push_back(static_cast<float>(v->attributes.radius));
+        std::sort(radii.begin(), radii.end());
+        radii.erase(std::unique(radii.begin(), radii.end()), radii.end());
+    }
+
+    TriangleCount count(const PlantDetail& detail) const { return {countBranches(detail), countFoliage(detail)}; }
+
+    PlantDetail find(const PlantDetail& most, uint64_t budget) const
+    {
+        const TriangleCount all = count(most);
+        if (all.total() <= budget) return most;
+        const double share = static_cast<double>(budget) / static_cast<double>(all.total());
+        const auto branchBudget = static_cast<uint64_t>(share * static_cast<double>(all.branches));
+
+        PlantDetail detail = withFewerBranches(most, branchBudget);
+        fillWithFoliage(most, budget, detail);
+
+        // What leaves cannot make up, be it that they come in heaps or that there are none, branches have to.
+        const TriangleCount found = count(detail);
+        if (differs(found.total(), budget, kTolerance / 2)) {
+            const PlantDetail fitted = withFewerBranches(most, budget > found.foliage ? budget - found.foliage : 0);
+            detail.subdivisionLevel = fitted.subdivisionLevel;
+            detail.reduction.minRadius = fitted.reduction.minRadius;
+        }
+        return detail;
+    }
+
+private:
+    uint64_t countBranches(const PlantDetail& detail) const
+    {
+        vdt::ReductionParameters bare = detail.reduction;
+        bare.foliageAmount = 0;
+        vdt::Skeleton skeleton;
+        request->variant.skeleton.Reduce(request->variant.meshes, request->season, skeleton, bare);
+        CornerCounter counter;
+        std::vector<int32_t> levels;
+        vdt::NullMessageHandler silence;
+        vdt::GenerateControlMesh({.skeleton = skeleton,
+                                  .foliage = request->variant.meshes,
+                                  .output = counter,
+                                  .subdivisionLevel = detail.subdivisionLevel,
+                                  .polygonLevels = levels,
+                                  .messages = silence});
+        uint64_t triangles = 0;
+        for (size_t i = 0; i < counter.corners.size(); ++i) {
+            const int32_t level = detail.subdivisionLevel > 0 && request->uniform ? detail.subdivisionLevel
+                                  : i < levels.size()                             ? levels[i]
+                                                                                  : 0;
+            // The first step makes a quad at each corner, each further one four quads of one.
+            triangles += level > 0 ? counter.corners[i] * 2ULL << (2 * (level - 1)) : trianglesIn(counter.corners[i]);
+        }
+        return triangles;
+    }
+
+    uint64_t countFoliage(const PlantDetail& detail) const
+    {
+        vdt::ReductionParameters leavesAlone = detail.reduction;
+        leavesAlone.maxLevel = 0;
+        vdt::Skeleton skeleton;
+        request->variant.skeleton.Reduce(request->variant.meshes, request->season, skeleton, leavesAlone);
+        uint64_t triangles = 0;
+        for (const vdt::SkeletonConnector& connector : skeleton.connectors) {
+            const auto found = trianglesOfGroup.find(connector.attributes.group);
+            if (found != trianglesOfGroup.end()) triangles += found->second;
+        }
+        return triangles;
+    }
+
+    // Rounded less first, as long as that does not ask for more than is there; then cut at their thin ends.
+    PlantDetail withFewerBranches(PlantDetail detail, uint64_t budget) const
+    {
+        while (detail.subdivisionLevel > 0 && countBranches(detail) > 2 * budget) --detail.subdivisionLevel;
+        if (countBranches(detail) <= budget) return detail;
+
+        // The thinnest limit that is enough, or the one before it where that is nearer. The thickest radius of all
+        // leaves nothing.
+        const auto thinnest = std::upper_bound(radii.begin(), radii.end(), detail.reduction.minRadius);
+        const auto countAt = [&](float radius) {
+            detail.reduction.minRadius = radius;
+            return countBranches(detail);
+        };
+        const auto enough = std::partition_point(
+            thinnest, radii.end(), [&](float radius) { return !messages->isCancelled() && countAt(radius) > budget; });
+        if (enough == radii.end()) return detail;
+        if (enough != thinnest && countAt(*(enough - 1)) - budget < budget - countAt(*enough))
+            detail.reduction.minRadius = *(enough - 1);
+        else
+            detail.reduction.minRadius = *enough;
+        return detail;
+    }
+
+    // As many connectors as there is room for. Reduction takes them from the front of one order, so that more of them
+    // never have fewer triangles. It enlarges lengths by what areas lose; with half of the loss told to be thinning,
+    // which enlarges nothing, the leaves that stay have the area of all.
+    void fillWithFoliage(const PlantDetail& most, uint64_t budget, PlantDetail& detail) const
+    {
+        const uint64_t branches = countBranches(detail);
+        const uint64_t room = budget > branches ? budget - branches : 0;
+        const uint64_t connectors = request->variant.skeleton.connectors.size();
+        const auto keep = [&](uint64_t count) {
+            const double share = std::min(static_cast<double>(count) / static_cast<double>(connectors), 1.0);
+            const auto half = static_cast<float>(std::sqrt(share));
+            detail.reduction.foliageAmount = most.reduction.foliageAmount * half;
+            detail.reduction.foliageThinning = most.reduction.foliageThinning * half;
+        };
+        uint64_t kept = 0;
+        for (uint64_t step = std::bit_floor(connectors); step > 0 && !messages->isCancelled(); step /= 2) {
+            keep(kept + step);
+            if (countFoliage(detail) <= room) kept += step;
+        }
+        keep(kept);
+    }
+
+    const SceneRequest* request;
+    vdt::MessageHandler* messages;
+    std::map<int32_t, uint64_t> trianglesOfGroup;
+    std::vector<float> radii; // all that occur, ascending
+};
+
+} // namespace
+
+TriangleCount CountTriangles(const SceneRequest& request, const PlantDetail& detail)
+{
+    vdt::NullMessageHandler silence;
+    return DetailSearch(request, silence).count(detail);
+}
+
+bool FindDetails(const SceneRequest& request, const std::vector<uint64_t>& budgets, std::vector<PlantDetail>& details,
+                 vdt::MessageHandler& messages)
+{
+    const DetailSearch search(request, messages);
+    const PlantDetail most = request.details.front();
+    details.clear();
+    for (const uint64_t budget : budgets) {
+        if (messages.isCancelled()) return false;
+        details.push_back(search.find(most, budget));
+        const uint64_t found = search.count(details.back()).total();
+        if (!differs(found, budget, kTolerance)) continue;
+        messages.error("a level of " + GroupedNumber(budget) +
+                       " triangles cannot be had of this plant; the nearest has " + GroupedNumber(found));
+        return false;
+    }
+    return true;
+}
+
+} // namespace verdanth

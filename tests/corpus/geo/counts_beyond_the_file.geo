@@ -1,0 +1,6 @@
+PGEOMETRY V5
+NPoints 2147483647 NPrims 2147483647
+NPointGroups 0 NPrimGroups 0
+NPointAttrib 2147483647 NVertexAttrib 2147483647 NPrimAttrib 2147483647 NAttrib 0
+PointAttrib
+a 2147483647 f 1 2 3

@@ -1,0 +1,4 @@
+[
+"fileversion","16.5",
+"pointcount",8
+]
