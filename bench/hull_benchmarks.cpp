@@ -44,11 +44,12 @@ std::unique_ptr<Mesh> hullOf(const std::vector<Vector3>& points)
 // Triangulated output, as ours is.
 class QhullHull {
 public:
-    explicit QhullHull(std::vector<Vector3> cloud) : points(std::move(cloud))
+    explicit QhullHull(const std::vector<Vector3>& points) // lent, and only read
     {
         qh_zero(&qhull, stderr);
         char command[] = "qhull Qt";
-        qh_new_qhull(&qhull, 3, static_cast<int>(points.size()), &points[0].x, 0, command, nullptr, stderr);
+        qh_new_qhull(&qhull, 3, static_cast<int>(points.size()), const_cast<double*>(&points[0].x), 0, command, nullptr,
+                     stderr);
     }
     QhullHull(const QhullHull&) = delete;
     QhullHull& operator=(const QhullHull&) = delete;
@@ -62,7 +63,6 @@ public:
     size_t triangleCount() const { return static_cast<size_t>(qhull.num_facets); }
 
 private:
-    std::vector<Vector3> points;
     qhT qhull;
 };
 

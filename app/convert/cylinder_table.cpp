@@ -343,6 +343,7 @@ std::optional<std::vector<Cylinder>> ReadCylinderTable(std::istream& stream, Lef
     std::set<int64_t> ids;
     int64_t rowNumber = 0;
     for (bool more = !isHead || nextLine(stream, line, lineNumber); more; more = nextLine(stream, line, lineNumber)) {
+        if (messages.isCancelled()) return std::nullopt;
         // Heads are now and then separated otherwise than the numbers.
         split(line, line.find(layout.separator) == line.npos ? separatorOf(line) : layout.separator, cells);
         Cylinder cylinder;

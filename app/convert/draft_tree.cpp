@@ -192,8 +192,15 @@ public:
             messages.error("no branch begins on a point of its own, so there is no trunk");
             return false;
         }
-        tell(draft.branches[best.front()].front().point, messages);
+        const uint64_t root = draft.branches[best.front()].front().point;
+        tell(root, messages);
+        const auto rootRadius = [&](uint64_t branch) {
+            const DraftVertex& first = draft.branches[branch].front();
+            return first.point == root ? first.radius : -1;
+        };
+        std::iter_swap(best.begin(), std::ranges::max_element(best, {}, rootRadius));
         take(best);
+        giveFoot(messages);
         return true;
     }
 
@@ -270,6 +277,28 @@ private:
         draft.points.swap(taken.points);
         draft.weights.swap(taken.weights);
         draft.branches.swap(taken.branches);
+    }
+
+    // Branches hang on points that another one goes through, so several that begin on the root want a trunk that
+    // begins below.
+    void giveFoot(vdt::MessageHandler& messages)
+    {
+        const auto onRoot = [](const DraftBranch& branch) { return branch.front().point == 0; };
+        const auto count = std::count_if(draft.branches.begin(), draft.branches.end(), onRoot);
+        if (count < 2) return;
+
+        DraftBranch& trunk = draft.branches.front();
+        const vdt::Vector3 root = draft.points[0];
+        const vdt::Vector3 along = draft.points[trunk[1].point] - root;
+        const double length = vdt::Length(along);
+        const uint64_t foot = draft.points.size();
+        draft.points.push_back(root - along * (std::clamp(trunk[0].radius, length / 4, length) / length));
+        if (!draft.weights.empty()) draft.weights.push_back(draft.weights[0]);
+        DraftVertex first = trunk[0];
+        first.point = foot;
+        trunk.insert(trunk.begin(), first);
+        messages.message(std::to_string(count) + " branches begin at the foot; the thickest is lengthened downwards to "
+                                                 "bear the others");
     }
 
     PlantDraft& draft;

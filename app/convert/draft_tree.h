@@ -7,9 +7,8 @@
 namespace verdanth {
 
 /// Afterwards each branch has two vertices or more, its neighbours lie apart and never straight back, the first branch
-/// is the trunk, each other one begins on a point that an earlier one goes through or begins on, and no point is gone
-/// through twice. Points without vertices are gone. What is dropped is told. False, with the error told, if nothing
-/// is left.
+/// is the trunk, each other one begins on a point that another one goes through, and no point is gone through twice.
+/// Points without vertices are gone. What is dropped is told. False, with the error told, if nothing is left.
 bool MakeTree(PlantDraft& draft, vdt::MessageHandler& messages);
 
 } // namespace verdanth

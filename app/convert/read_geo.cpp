@@ -6,6 +6,7 @@
 
 #include <cmath>
 #include <fstream>
+#include <utility>
 
 namespace verdanth {
 namespace {
@@ -69,13 +70,12 @@ public:
 
     void report(vdt::MessageHandler& messages) const
     {
-        if (missing > 0)
-            messages.warning(std::to_string(missing) + " vertices refer to missing points and are left out");
-        if (infinite > 0)
-            messages.warning(std::to_string(infinite) + " vertices on points that are not at a finite position are "
-                                                        "left out");
-        if (wrongRadii > 0)
-            messages.warning(std::to_string(wrongRadii) + " radii are no usable numbers; 1 stands in for them");
+        const std::pair<uint64_t, const char*> losses[] = {
+            {missing, "vertices that refer to missing points are left out: "},
+            {infinite, "vertices on points that are not at a finite position are left out: "},
+            {wrongRadii, "radii that are no usable numbers are taken for 1: "}};
+        for (const auto& [count, text] : losses)
+            if (count > 0) messages.warning(text + std::to_string(count));
     }
 
 private:

@@ -11,7 +11,7 @@ namespace {
 
 constexpr uint32_t kTile = 16;     // pixels a side
 constexpr float kBrightest = 6.0F; // a single sample beyond it would leave a speck
-constexpr float kExposure = 1.6F;
+constexpr float kExposure = 1.45F;
 
 // Bends the brightest light down to white, and leaves the middle as it is.
 float toned(float light)

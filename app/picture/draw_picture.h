@@ -20,7 +20,7 @@ struct PictureSettings {
     uint32_t samples = 64; // a pixel
     Ground ground = Ground::Plain;
     vdt::Color3f background{0.95F, 0.95F, 0.93F}; // sRGB, of plain ground
-    SunPosition sun;
+    SunPosition sun{};
     unsigned threads = 0; // 0: as many as the machine has
 };
 

@@ -6,7 +6,7 @@ namespace verdanth {
 namespace {
 
 constexpr int kBounces = 2;          // from leaf to leaf: what makes a crown's inside green instead of black
-constexpr float kPersistence = 2.5F; // a path whose light is worth 1 / 2.5 of the first surface's is always followed
+constexpr float kPersistence = 1.7F; // a path worth 1 / 1.7 of the first surface's light, or more, is always followed
 constexpr float kRarest = 0.25F;
 constexpr float kLift = 1e-5F;                   // of a new ray's start above its surface
 constexpr float kDarkestShadow = 0.8F;           // the ground is bright: its surroundings light it up
@@ -100,7 +100,8 @@ Light PathTracer::sunOn(const Surface& surface, const Float3& towardsViewer, Sam
 float PathTracer::shadowAt(const Float3& place, Sampler& sampler) const
 {
     const float fade = 1 - SmoothStep(0.3F * shadowReach, shadowReach, std::hypot(place.x, place.z));
-    if (fade <= 0) return 0;
+    const SamplePoint fading = sampler.next();
+    if (fading.u >= fade) return 0;
 
     // The light that is missing is the sun's or the sky's: one of them is asked, by what each would give.
     const Float3 start{place.x, kLift, place.z};
@@ -108,7 +109,7 @@ float PathTracer::shadowAt(const Float3& place, Sampler& sampler) const
     const bool askSun = choice.u < sky->sunShareOnGround();
     const Float3 lightward = askSun ? sky->towardsSun(sampler.next()) : CosineDirection({0, 1, 0}, sampler.next());
     const float lost = lightward.y > 0 && scene->isOccluded({start, lightward}, sampler.bits()) ? 1.0F : 0.0F;
-    return lost * fade * kDarkestShadow;
+    return lost * kDarkestShadow;
 }
 
 } // namespace verdanth

@@ -10,11 +10,10 @@
 namespace verdanth {
 namespace {
 
-constexpr float kNearest = 1e-5F;                    // a ray does not meet what it starts from
-constexpr float kCutOff = 0.5F;                      // less opacity is none
-constexpr float kPassingShare = 0.3F;                // of the light on a leaf, what goes on behind it
-constexpr uint64_t kMostCopiedTriangles = 4'000'000; // they take about 120 bytes each
-constexpr double kFarthestPlant = 1e15;              // metres; what lies beyond is no part of a picture
+constexpr float kNearest = 1e-5F;       // a ray does not meet what it starts from
+constexpr float kCutOff = 0.5F;         // less opacity is none
+constexpr float kPassingShare = 0.3F;   // of the light on a leaf, what goes on behind it
+constexpr double kFarthestPlant = 1e15; // metres; what lies beyond is no part of a picture
 
 vdt::Vector3 widened(const Float3& p)
 {
@@ -144,7 +143,7 @@ struct TracedScene::Mesh {
     }
 };
 
-TracedScene::TracedScene(const Scene& scene, vdt::MessageHandler& messages) : textures(messages)
+TracedScene::TracedScene(const Scene& scene, vdt::MessageHandler& messages, uint64_t copyBudget) : textures(messages)
 {
     // With one thread, the tree over the triangles is the same on every run, and so is each hit on an edge.
     device = rtcNewDevice("threads=1");
@@ -162,7 +161,6 @@ TracedScene::TracedScene(const Scene& scene, vdt::MessageHandler& messages) : te
         attachPiece(piece, piece.triangles.positions, root, parts.size());
         parts.push_back({body.get(), parts.size(), vdt::kNone});
     }
-    uint64_t copyBudget = kMostCopiedTriangles;
     for (const SceneObject& object : plant.foliage) {
         if (messages.isCancelled()) return;
         addFoliage(object, copyBudget);
@@ -260,7 +258,12 @@ void TracedScene::attachPiece(const Piece& piece, const vdt::Array<Float3>& posi
 void TracedScene::addFoliage(const SceneObject& source, uint64_t& copyBudget)
 {
     std::vector<Placement> placements = source.placements;
-    std::erase_if(placements, [](const Placement& placement) { return !isInReach(placement.translation); });
+    std::erase_if(placements, [this](const Placement& placement) {
+        // A ray that is as much longer or shorter in the copy's own space could not be traced there.
+        constexpr double kLargestStep = 1e15;
+        const double step = std::fabs(placement.scale * scale);
+        return !isInReach(placement.translation) || !(step < kLargestStep && step > 1 / kLargestStep);
+    });
     const size_t firstTurn = turns.size();
     for (const Placement& placement : placements) {
         const vdt::Matrix matrix = vdt::ToMatrix(placement.rotation, {0, 0, 0});

@@ -38,9 +38,11 @@ struct Surface {
 class TracedScene {
 public:
     static constexpr size_t kBundle = 16;
+    static constexpr uint64_t kMostCopiedTriangles = 4'000'000; // they take about 120 bytes each
 
     /// Of the scene's levels, the finest. `scene` is not needed afterwards. Textures that cannot be used are told.
-    TracedScene(const Scene& scene, vdt::MessageHandler& messages);
+    /// Copies of foliage of more than `copyBudget` triangles are instances.
+    TracedScene(const Scene& scene, vdt::MessageHandler& messages, uint64_t copyBudget = kMostCopiedTriangles);
     TracedScene(const TracedScene&) = delete;
     TracedScene& operator=(const TracedScene&) = delete;
     ~TracedScene();

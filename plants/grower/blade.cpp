@@ -1,62 +1,79 @@
 #include "grower/blade.h"
 
-#include "vdt/mesh/mesh.h"
-
 namespace grower {
+namespace {
 
-void AddBlade(vdt::Mesh& mesh, const LeafShape& shape, const BladeBody& body, const vdt::Matrix& frame)
+constexpr double kNarrowest = 0.02; // in the shape's lengths: a blade whose shape begins in a point still has a foot
+
+// What lies across a blade: left edge, midrib and right edge; at the tip the midrib alone.
+struct BladeRow {
+    vdt::Vector3 middle;
+    vdt::Vector3 facing;
+    double edge = 0; // the edges' distance from the midrib, of half the picture
+    double along = 0;
+};
+
+std::vector<BladeRow> rowsOf(const LeafShape& shape, const BladeBody& body)
 {
     const double pictureHalfWidth = LeafHalfWidth(shape);
-    const double piece = body.length / body.pieces;
-    const double lift = std::sin(body.fold * vdt::kPi / 180);
-    const double reach = std::cos(body.fold * vdt::kPi / 180);
     const auto angleAt = [&](double share) {
         return (body.lean + body.arch * std::pow(share, body.stiffness)) * vdt::kPi / 180;
     };
-
-    // Rows across the blade: left edge, midrib, right edge. The tip is a row of one.
-    uint64_t below = 0;
-    float belowEdge = 0;
+    std::vector<BladeRow> rows;
     vdt::Vector3 place{0, 0, 0};
     for (int i = 0; i <= body.pieces; ++i) {
-        const double share = static_cast<double>(i) / body.pieces;
+        const double along = static_cast<double>(i) / body.pieces;
         if (i > 0) {
-            const double angle = angleAt(share - 0.5 / body.pieces);
-            place += vdt::Vector3{0, std::cos(angle), -std::sin(angle)} * piece;
+            const double angle = angleAt(along - 0.5 / body.pieces);
+            place += vdt::Vector3{0, std::cos(angle), -std::sin(angle)} * (body.length / body.pieces);
         }
-        const double part = i == body.pieces ? 0 : std::max(ProfileValue(shape.halfWidth, share), 0.02);
-        const double edge = std::min(part * 1.04 / pictureHalfWidth, 1.0); // of the picture's half
-        const double halfWidth = edge * body.width / 2;
-        const double angle = angleAt(share);
-        const vdt::Vector3 facing{0, std::sin(angle), std::cos(angle)};
-        const auto addPoint = [&](double side) {
-            const vdt::Vector3 across = vdt::Vector3{side * reach * halfWidth, 0, 0} + facing * (lift * halfWidth);
-            return mesh.AddPoint(vdt::TransformPoint(side == 0 ? place : place + across, frame), {0, 0, 0});
-        };
-        const auto v = static_cast<float>(share);
-        const auto belowV = static_cast<float>(share - 1.0 / body.pieces);
-        const auto left = [](float width) { return 0.5f - width / 2; };
-        const auto right = [](float width) { return 0.5f + width / 2; };
-        if (i == body.pieces) {
-            const uint64_t tip = addPoint(0);
-            vdt::AddTriangle(mesh, {below, below + 1, tip}, {{left(belowEdge), belowV}, {0.5f, belowV}, {0.5f, v}},
-                             body.material);
-            vdt::AddTriangle(mesh, {below + 1, below + 2, tip}, {{0.5f, belowV}, {right(belowEdge), belowV}, {0.5f, v}},
-                             body.material);
-            return;
+        const double width = std::max(ProfileValue(shape.halfWidth, along), kNarrowest) * 1.04; // as LeafHalfWidth
+        const double angle = angleAt(along);
+        rows.push_back({place, {0, std::sin(angle), std::cos(angle)}, std::min(width / pictureHalfWidth, 1.0), along});
+    }
+    rows.back().edge = 0;
+    return rows;
+}
+
+} // namespace
+
+void AddBlade(vdt::Mesh& mesh, const LeafShape& shape, const BladeBody& body, const vdt::Matrix& frame)
+{
+    const double lift = std::sin(body.fold * vdt::kPi / 180);
+    const double reach = std::cos(body.fold * vdt::kPi / 180);
+    const auto addPoint = [&](const BladeRow& row, double side) {
+        const double out = row.edge * body.width / 2;
+        const vdt::Vector3 place =
+            row.middle + vdt::Vector3{side * reach * out, 0, 0} + row.facing * (std::fabs(side) * lift * out);
+        return mesh.AddPoint(vdt::TransformPoint(place, frame), {0, 0, 0});
+    };
+    const auto coordinate = [](const BladeRow& row, double side) {
+        return vdt::Vector2f{static_cast<float>(0.5 + side * row.edge / 2), static_cast<float>(row.along)};
+    };
+
+    const std::vector<BladeRow> rows = rowsOf(shape, body);
+    uint64_t below = 0; // the left edge of the row before
+    for (size_t i = 0; i + 1 < rows.size(); ++i) {
+        const uint64_t left = addPoint(rows[i], -1);
+        addPoint(rows[i], 0);
+        addPoint(rows[i], 1);
+        for (uint64_t half = 0; i > 0 && half < 2; ++half) {
+            const double side = half == 0 ? -1 : 0;
+            vdt::AddQuad(mesh, {below + half, below + half + 1, left + half + 1, left + half},
+                         {coordinate(rows[i - 1], side), coordinate(rows[i - 1], side + 1),
+                          coordinate(rows[i], side + 1), coordinate(rows[i], side)},
+                         body.material);
         }
-        const uint64_t row = addPoint(-1);
-        addPoint(0);
-        addPoint(1);
-        const auto edgeAt = static_cast<float>(edge);
-        if (i > 0) {
-            vdt::AddQuad(mesh, {below, below + 1, row + 1, row},
-                         {{left(belowEdge), belowV}, {0.5f, belowV}, {0.5f, v}, {left(edgeAt), v}}, body.material);
-            vdt::AddQuad(mesh, {below + 1, below + 2, row + 2, row + 1},
-                         {{0.5f, belowV}, {right(belowEdge), belowV}, {right(edgeAt), v}, {0.5f, v}}, body.material);
-        }
-        below = row;
-        belowEdge = edgeAt;
+        below = left;
+    }
+
+    const BladeRow& last = rows[rows.size() - 2];
+    const uint64_t tip = addPoint(rows.back(), 0);
+    for (uint64_t half = 0; half < 2; ++half) {
+        const double side = half == 0 ? -1 : 0;
+        vdt::AddTriangle(mesh, {below + half, below + half + 1, tip},
+                         {coordinate(last, side), coordinate(last, side + 1), coordinate(rows.back(), 0)},
+                         body.material);
     }
 }
 

@@ -94,6 +94,7 @@ private:
         expect(stem.spacing > 0 && stem.segment > 0, age + " has stems without spacing or segment");
         expect(stem.firstAt >= 0 && stem.firstAt < stem.lastAt && stem.lastAt <= 1,
                age + " has stems outside of their parents");
+        expect(stem.changeFrom >= 0 && stem.changeFrom < 1, age + " has stems that change beyond their parents' tips");
         expect(materials.contains(stem.material), age + " has stems of a material that is not there");
     }
 
@@ -118,7 +119,8 @@ private:
                    age.name + " has a scaffold of a material that is not there");
         }
         for (const FoliageRule& rule : age.foliage) {
-            expect(rule.fromLayer <= static_cast<int>(age.stems.size()), age.name + " has foliage on no stems");
+            expect(rule.fromLayer <= std::min(rule.lastLayer, static_cast<int>(age.stems.size())),
+                   age.name + " has foliage on no stems");
             expect(rule.perVertex > 0 && !rule.groups.empty(), age.name + " has foliage without groups");
             for (const int32_t group : rule.groups)
                 expect(groups.contains(group), age.name + " has foliage of group " + std::to_string(group));

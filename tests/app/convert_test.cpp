@@ -156,6 +156,10 @@ TEST(Convert, DropsWhatNoTreeCanHoldAndSaysSo)
          {"0 1 2", "1 3 2 4"},
          "0 0 0, 0 1 0, 0 2 0; 0 1 0, 1 1 0",
          {"1 branch runs into another one or into itself; what lies behind is left out"}},
+        {{"0 0 0", "1 2 0", "0 3 0"},
+         {"0 1", "0 2"},
+         "-0.4 -0.9 0, 0 0 0, 1 2 0; 0 0 0, 0 3 0",
+         {"2 branches begin at the foot; the thickest is lengthened downwards"}},
         {{"9 0 0", "9 1 0", "0 0 0", "0 1 0", "0 2 0", "5 0 0", "5 1 0", "5 5 5"},
          {"0 1", "2 3 4", "5 6 7 5", "6 7"},
          "0 0 0, 0 1 0, 0 2 0",
@@ -163,7 +167,8 @@ TEST(Convert, DropsWhatNoTreeCanHoldAndSaysSo)
         {{"0 0 0", "0 1 0", "nan 2 0", "0 3 0"},
          {"0 1 2 3 -1 4 2147483647", "0 2"},
          "0 0 0, 0 1 0, 0 3 0",
-         {"3 vertices refer to missing points and are left out", "2 vertices on points that are not at a finite"}},
+         {"vertices that refer to missing points are left out: 3",
+          "vertices on points that are not at a finite position are left out: 2"}},
     };
     const TemporaryFolder folder;
     for (const Row& row : rows) {
@@ -201,7 +206,11 @@ TEST(Convert, MakesATreeOfAnyTangle)
         if (!made) continue;
 
         std::vector<bool> reached(draft.points.size());
-        reached[draft.branches[0][0].point] = true;
+        const uint64_t root = draft.branches[0][0].point;
+        reached[root] = true;
+        EXPECT_EQ(std::count_if(draft.branches.begin(), draft.branches.end(),
+                                [&](const DraftBranch& branch) { return branch[0].point == root; }),
+                  1);
         for (const DraftBranch& branch : draft.branches) {
             ASSERT_GE(branch.size(), 2u);
             EXPECT_TRUE(reached[branch[0].point]);

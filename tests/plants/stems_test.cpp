@@ -330,12 +330,15 @@ TEST(Recipe, FaultsAreToldAndTheDefaultOnesHaveNone)
         {"young has no trunk", [](SpeciesRecipe& r) { r.ages[0].tipRadius = 0; }},
         {"young's crown does not rise", [](SpeciesRecipe& r) { r.ages[0].crown[1].at = 0; }},
         {"young has stems outside of their parents", [](SpeciesRecipe& r) { r.ages[0].stems[0].lastAt = 1.1; }},
+        {"young has stems that change beyond their parents' tips",
+         [](SpeciesRecipe& r) { r.ages[0].stems[0].changeFrom = 1; }},
         {"young's scaffold never reaches its buds", [](SpeciesRecipe& r) { r.ages[0].scaffold->nearEnough = 1; }},
         {"adult has a foot of a material that is not there",
          [](SpeciesRecipe& r) {
              r.ages[2].footBarks = {{0.1, 77}};
          }},
         {"young has foliage on no stems", [](SpeciesRecipe& r) { r.ages[0].foliage[0].fromLayer = 9; }},
+        {"medium has foliage on no stems", [](SpeciesRecipe& r) { r.ages[1].foliage[0].lastLayer = -1; }},
         {"young has foliage of group 77", [](SpeciesRecipe& r) { r.ages[0].foliage[0].groups = {77}; }},
         {"the proxy has materials that are not there", [](SpeciesRecipe& r) { r.proxyBark = 77; }},
     };
