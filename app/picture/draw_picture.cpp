@@ -91,7 +91,16 @@ private:
             tracer->look({rays.data(), count}, {samplers.data(), count}, sightings);
             for (uint32_t i = 0; i < count; ++i) sum.add(sightings[i]);
         }
+        sum.shadow *= edgeFade(x, settings->width) * edgeFade(y, settings->height);
         develop(sum, &picture->pixels[size_t{index} * 4]);
+    }
+
+    // No shadow is cut by the picture's edge: 0 there, 1 a little inside.
+    static float edgeFade(uint32_t place, uint32_t side)
+    {
+        constexpr float kFade = 0.05F; // of the side
+        const float share = (static_cast<float>(place) + 0.5F) / static_cast<float>(side);
+        return SmoothStep(0, kFade, std::min(share, 1 - share));
     }
 
     // From an even to a tent-like density over two pixels: samples near the middle are more frequent, which smooths

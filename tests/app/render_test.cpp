@@ -1,9 +1,9 @@
 #include "app/test_plant.h"
 #include "picture/draw_picture.h"
 
+#include <algorithm>
+#include <array>
 #include <cmath>
-#include <functional>
-#include <numeric>
 #include <random>
 
 namespace verdanth::test {
