@@ -42,7 +42,7 @@ bool findLevels(const ExportRequest& request, SceneRequest& scene, Console& cons
         while (budgets.size() < request.levelCount) budgets.push_back(budgets.back() / kLevelStep);
     }
     console.beginProgress("finding levels of detail");
-    const bool found = FindDetails(scene, budgets, scene.details, console);
+    const bool found = FindDetails(scene, budgets, !request.triangles.empty(), scene.details, console);
     console.endProgress();
     return found;
 }

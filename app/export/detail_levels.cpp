@@ -75,17 +75,13 @@ public:
         const double share = static_cast<double>(budget) / static_cast<double>(all.total());
         const auto branchBudget = static_cast<uint64_t>(share * static_cast<double>(all.branches));
 
-        PlantDetail detail = withFewerBranches(most, branchBudget);
-        fillWithFoliage(most, budget, detail);
-
-        // What leaves cannot make up, be it that they come in heaps or that there are none, branches have to.
-        const TriangleCount found = count(detail);
-        if (differs(found.total(), budget, kTolerance / 2)) {
-            const PlantDetail fitted = withFewerBranches(most, budget > found.foliage ? budget - found.foliage : 0);
-            detail.subdivisionLevel = fitted.subdivisionLevel;
-            detail.reduction.minRadius = fitted.reduction.minRadius;
-        }
-        return detail;
+        const PlantDetail cut = withFewerBranches(most, branchBudget);
+        const uint64_t branches = countBranches(cut);
+        const uint64_t kept = connectorsWithin(budget > branches ? budget - branches : 0, most, cut);
+        const PlantDetail below = fitted(withConnectors(kept, most, cut), most, budget);
+        if (!differs(count(below).total(), budget, kTolerance / 2)) return below;
+        const PlantDetail above = fitted(withConnectors(kept + 1, most, cut), most, budget);
+        return distance(above, budget) < distance(below, budget) ? above : below;
     }
 
 private:
@@ -152,26 +148,44 @@ private:
         return detail;
     }
 
-    // As many connectors as there is room for. Reduction takes them from the front of one order, so that more of them
-    // never have fewer triangles. It enlarges lengths by what areas lose; with half of the loss told to be thinning,
-    // which enlarges nothing, the leaves that stay have the area of all.
-    void fillWithFoliage(const PlantDetail& most, uint64_t budget, PlantDetail& detail) const
+    uint64_t distance(const PlantDetail& detail, uint64_t budget) const
     {
-        const uint64_t branches = countBranches(detail);
-        const uint64_t room = budget > branches ? budget - branches : 0;
-        const uint64_t connectors = request->variant.skeleton.connectors.size();
-        const auto keep = [&](uint64_t count) {
-            const double share = std::min(static_cast<double>(count) / static_cast<double>(connectors), 1.0);
-            const auto half = static_cast<float>(std::sqrt(share));
-            detail.reduction.foliageAmount = most.reduction.foliageAmount * half;
-            detail.reduction.foliageThinning = most.reduction.foliageThinning * half;
-        };
+        const uint64_t total = count(detail).total();
+        return std::max(total, budget) - std::min(total, budget);
+    }
+
+    // What leaves cannot make up, be it that they come in heaps or that there are none, branches have to.
+    PlantDetail fitted(PlantDetail detail, const PlantDetail& most, uint64_t budget) const
+    {
+        const TriangleCount found = count(detail);
+        if (!differs(found.total(), budget, kTolerance / 2)) return detail;
+        const PlantDetail cut = withFewerBranches(most, budget > found.foliage ? budget - found.foliage : 0);
+        detail.subdivisionLevel = cut.subdivisionLevel;
+        detail.reduction.minRadius = cut.reduction.minRadius;
+        return detail;
+    }
+
+    // Reduction enlarges lengths by what areas lose; with half of the loss told to be thinning, which enlarges nothing,
+    // the leaves that stay have the area of all.
+    PlantDetail withConnectors(uint64_t kept, const PlantDetail& most, PlantDetail detail) const
+    {
+        const uint64_t all = request->variant.skeleton.connectors.size();
+        const double share = kept < all ? static_cast<double>(kept) / static_cast<double>(all) : 1;
+        const auto half = static_cast<float>(std::sqrt(share));
+        detail.reduction.foliageAmount = most.reduction.foliageAmount * half;
+        detail.reduction.foliageThinning = most.reduction.foliageThinning * half;
+        return detail;
+    }
+
+    // How many connectors there is room for. Reduction takes them from the front of one order, so that more of them
+    // never have fewer triangles.
+    uint64_t connectorsWithin(uint64_t room, const PlantDetail& most, const PlantDetail& detail) const
+    {
         uint64_t kept = 0;
-        for (uint64_t step = std::bit_floor(connectors); step > 0 && !messages->isCancelled(); step /= 2) {
-            keep(kept + step);
-            if (countFoliage(detail) <= room) kept += step;
-        }
-        keep(kept);
+        const uint64_t all = request->variant.skeleton.connectors.size();
+        for (uint64_t step = std::bit_floor(all); step > 0 && !messages->isCancelled(); step /= 2)
+            if (countFoliage(withConnectors(kept + step, most, detail)) <= room) kept += step;
+        return kept;
     }
 
     const SceneRequest* request;
@@ -188,8 +202,8 @@ TriangleCount CountTriangles(const SceneRequest& request, const PlantDetail& det
     return DetailSearch(request, silence).count(detail);
 }
 
-bool FindDetails(const SceneRequest& request, const std::vector<uint64_t>& budgets, std::vector<PlantDetail>& details,
-                 vdt::MessageHandler& messages)
+bool FindDetails(const SceneRequest& request, const std::vector<uint64_t>& budgets, bool mustMeet,
+                 std::vector<PlantDetail>& details, vdt::MessageHandler& messages)
 {
     const DetailSearch search(request, messages);
     const PlantDetail most = request.details.front();
@@ -199,9 +213,13 @@ bool FindDetails(const SceneRequest& request, const std::vector<uint64_t>& budge
         details.push_back(search.find(most, budget));
         const uint64_t found = search.count(details.back()).total();
         if (!differs(found, budget, kTolerance)) continue;
-        messages.error("a level of " + GroupedNumber(budget) +
-                       " triangles cannot be had of this plant; the nearest has " + GroupedNumber(found));
-        return false;
+        const std::string miss = "a level of " + GroupedNumber(budget) +
+                                 " triangles cannot be had of this plant; the nearest has " + GroupedNumber(found);
+        if (mustMeet) {
+            messages.error(miss);
+            return false;
+        }
+        messages.warning(miss);
     }
     return true;
 }

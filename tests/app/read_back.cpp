@@ -36,7 +36,7 @@ std::vector<std::vector<double>> accessorValues(const ReadScene& scene, size_t i
     const Json& accessor = scene.document["accessors"].at(index);
     const Json& view = scene.document["bufferViews"].at(accessor["bufferView"].get<size_t>());
     const std::string type = accessor["type"];
-    const size_t components = type == "SCALAR" ? 1 : type == "VEC2" ? 2 : 3;
+    const size_t components = type == "SCALAR" ? 1 : static_cast<size_t>(type.back() - '0'); // VEC2 and on
     const int kind = accessor["componentType"];
     const size_t size = kind == 5123 ? 2 : 4;
     const size_t count = accessor["count"];
