@@ -50,7 +50,7 @@ vdt::Model GrowLargePlant()
     variant.name = age.name;
     variant.labels = AgeLabels(age.name);
     variant.qualifiers = Seasons();
-    variant.defaultQualifier = kDefaultSeason;
+    variant.defaultQualifier = kSummer;
     variant.skeleton = BuildSkeleton(age, stems);
 
     // Colours and turns that nothing rounds: every number is as long in the text as numbers get.

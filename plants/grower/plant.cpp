@@ -127,7 +127,7 @@ vdt::ModelVariant GrowVariant(const SpeciesRecipe& recipe, const AgeRecipe& age)
     variant.name = age.name;
     variant.labels = AgeLabels(age.name);
     variant.qualifiers = Seasons();
-    variant.defaultQualifier = kDefaultSeason;
+    variant.defaultQualifier = recipe.shownSeason;
 
     Stems stems = GrowStems(age);
     ThickenStems(age, stems);

@@ -62,6 +62,16 @@ vdt::MaterialData makeMaterial(const MaterialRecipe& recipe, const std::string& 
     return material;
 }
 
+// Pictures of what stood there before show another plant.
+void removePreviews(const SpeciesRecipe& recipe, const std::string& base)
+{
+    std::error_code isMissing;
+    const std::string name = FolderOf(recipe);
+    std::filesystem::remove(base + name + ".png", isMissing);
+    for (const AgeRecipe& age : recipe.ages)
+        std::filesystem::remove(base + "models/" + name + "_" + age.name + ".png", isMissing);
+}
+
 } // namespace
 
 std::string FolderOf(const SpeciesRecipe& recipe)
@@ -78,6 +88,8 @@ bool WriteSpecies(const SpeciesRecipe& recipe, const std::string& directory, vdt
     std::error_code failure;
     std::filesystem::create_directories(base + "models", failure);
     std::filesystem::create_directories(base + "textures", failure);
+
+    removePreviews(recipe, base);
 
     std::map<std::string, vdt::Color3f> colors;
     if (!writeTextures(recipe, base + "textures/", colors, messages)) return false;

@@ -7,6 +7,7 @@
 #include "grower/image.h"
 #include "grower/profile.h"
 #include "grower/random.h"
+#include "grower/vocabulary.h"
 #include "vdt/mesh/mesh.h"
 #include "vdt/model/model.h"
 
@@ -141,7 +142,8 @@ struct SpeciesRecipe {
     std::vector<TextureRecipe> textures{};
     std::vector<MaterialRecipe> materials{};
     std::vector<OrganRecipe> organs{};
-    std::vector<AgeRecipe> ages{}; // youngest first; the last is the default
+    std::vector<AgeRecipe> ages{};        // youngest first; the last is the default
+    SeasonPosition shownSeason = kSummer; // in which the plant is shown where nobody asks for another
     int32_t proxyBark = 0;
     int32_t proxyFoliage = 0;
     bool storeProxy = false; // a light stand-in in the file, instead of one made on demand

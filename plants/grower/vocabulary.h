@@ -16,7 +16,7 @@ vdt::LocalizedTexts AgeLabels(const std::string& age);
 /// Spring, summer, autumn and winter, with ids from 1.
 const std::vector<vdt::Qualifier>& Seasons();
 
-/// The position of summer.
-constexpr uint64_t kDefaultSeason = 1;
+/// Their positions.
+enum SeasonPosition : uint64_t { kSpring, kSummer, kAutumn, kWinter };
 
 } // namespace grower

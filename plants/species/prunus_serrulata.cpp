@@ -250,6 +250,7 @@ SpeciesRecipe PrunusSerrulata()
         .ages = {young(), medium(), adult()},
         .proxyBark = kTrunk,
         .proxyFoliage = kLeafSummer,
+        .shownSeason = kSpring, // in blossom
         .storeProxy = true,
     };
     AddBark(recipe, {.material = kTrunk,
