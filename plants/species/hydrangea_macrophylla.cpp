@@ -229,7 +229,7 @@ SpeciesRecipe HydrangeaMacrophylla()
               {.shape = kPetalShape, .veinStrength = 0.3, .pale = 0.2, .gloss = 0.02f, .translucency = 0.6, .size = 64},
               {{kBlue, "blue petal", {0.55f, 0.66f, 0.98f}, {0.68f, 0.77f, 1.00f}, {0.42f, 0.50f, 0.90f}, 65},
                {kLilac, "lilac petal", {0.80f, 0.62f, 0.94f}, {0.90f, 0.74f, 0.97f}, {0.62f, 0.44f, 0.84f}, 66},
-               {kFaded, "faded petal", {0.84f, 0.58f, 0.62f}, {0.72f, 0.68f, 0.52f}, {0.50f, 0.48f, 0.40f}, 67},
+               {kFaded, "faded petal", {0.76f, 0.58f, 0.56f}, {0.64f, 0.62f, 0.48f}, {0.50f, 0.48f, 0.40f}, 67},
                {kDry, "dry petal", {0.60f, 0.47f, 0.33f}, {0.66f, 0.54f, 0.40f}, {0.42f, 0.32f, 0.22f}, 68}});
     return recipe;
 }

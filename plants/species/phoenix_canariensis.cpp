@@ -245,7 +245,7 @@ SpeciesRecipe PhoenixCanariensis()
                .translucency = 0.25,
                .depth = 0.05,
                .size = 128},
-              {{kLeaflet, "leaflet", {0.33f, 0.47f, 0.19f}, {0.40f, 0.53f, 0.24f}, {0.58f, 0.62f, 0.34f}, 43}});
+              {{kLeaflet, "leaflet", {0.30f, 0.41f, 0.20f}, {0.36f, 0.46f, 0.24f}, {0.54f, 0.57f, 0.34f}, 43}});
     AddLeaves(recipe, {.shape = kStrandShape, .veinStrength = 0.9, .pale = 0.05, .translucency = 0.1, .size = 128},
               {{kFlower, "flowers", {0.86f, 0.80f, 0.56f}, {0.90f, 0.85f, 0.65f}, {0.74f, 0.66f, 0.36f}, 44},
                {kFruit, "fruits", {0.86f, 0.50f, 0.12f}, {0.92f, 0.60f, 0.18f}, {0.82f, 0.55f, 0.18f}, 45}});
