@@ -248,9 +248,9 @@ SpeciesRecipe PrunusSerrulata()
             FoliageColors({0.95f, 0.72f, 0.80f}, {0.25f, 0.38f, 0.14f}, {0.78f, 0.36f, 0.14f}, {0.38f, 0.27f, 0.22f}),
         .organs = organs(),
         .ages = {young(), medium(), adult()},
+        .shownSeason = kSpring, // in blossom
         .proxyBark = kTrunk,
         .proxyFoliage = kLeafSummer,
-        .shownSeason = kSpring, // in blossom
         .storeProxy = true,
     };
     AddBark(recipe, {.material = kTrunk,
