@@ -2,8 +2,10 @@
 
 #include "grower/organs.h"
 #include "grower/vocabulary.h"
+#include "vdt/generate/foliage.h"
 
 #include <algorithm>
+#include <cmath>
 #include <map>
 
 namespace grower {
@@ -77,6 +79,26 @@ void fitBark(const SpeciesRecipe& recipe, Stems& stems)
         for (StemVertex& vertex : stem.vertices) vertex.barkV /= turns.at(stem.material);
 }
 
+// The box of wood and foliage in all seasons, rounded outwards. The library's own bound leaves room for the largest
+// mesh at every connector, which makes a tuft of grass three times as tall.
+vdt::Box boundOf(const vdt::ModelVariant& variant)
+{
+    vdt::Box box;
+    variant.skeleton.GetBounds(box, vdt::BoundsMode::AllPoints);
+    for (const vdt::VariantMesh& record : variant.meshes) {
+        for (const vdt::SkeletonConnector& connector : variant.skeleton.connectors) {
+            if (!vdt::IsPlacedAt(variant.skeleton, connector, record)) continue;
+            const vdt::Matrix frame = vdt::ConnectorFrame(variant.skeleton, connector);
+            for (const vdt::Vector3& position : record.mesh->positions)
+                box.extend(vdt::TransformPoint(position, frame));
+        }
+    }
+    const auto outwards = [](const vdt::Vector3& v) {
+        return vdt::Vector3{std::ceil(v.x), std::ceil(v.y), std::ceil(v.z)};
+    };
+    return {-outwards(-box.min), outwards(box.max)};
+}
+
 } // namespace
 
 vdt::Skeleton BuildSkeleton(const AgeRecipe& age, const Stems& stems)
@@ -144,7 +166,7 @@ vdt::ModelVariant GrowVariant(const SpeciesRecipe& recipe, const AgeRecipe& age)
         }
         variant.meshes.emplace_back(organ.group, organ.season, std::move(mesh));
     }
-    variant.bound = variant.computeBound();
+    variant.bound = boundOf(variant);
     if (recipe.storeProxy) {
         variant.proxies.emplace_back();
         variant.proxies.back().mesh = BuildProxy(recipe, variant.skeleton);
