@@ -6,7 +6,7 @@
 #include "console/as_written.h"
 #include "export/export_scene.h"
 #include "export/gltf_images.h"
-#include "export/mean_color.h"
+#include "export/srgb.h"
 #include "export/triangles.h"
 #include "lookup/species.h"
 
@@ -315,7 +315,8 @@ private:
             const GltfBaseTexture base = images.addBaseTexture(material);
             const vdt::Color3f& c = material.color;
             Json surface = {
-                {"baseColorFactor", {AsWritten(LinearOf(c.r)), AsWritten(LinearOf(c.g)), AsWritten(LinearOf(c.b)), 1}}};
+                {"baseColorFactor",
+                 {AsWritten(LinearFromSrgb(c.r)), AsWritten(LinearFromSrgb(c.g)), AsWritten(LinearFromSrgb(c.b)), 1}}};
             if (base.hasColor) surface["baseColorFactor"] = {1, 1, 1, 1};
             if (base.image) surface["baseColorTexture"] = textureInfo(*base.image);
             surface["metallicFactor"] = 0;
@@ -456,7 +457,7 @@ private:
         file.writeAll(cloud.positions);
         file.writeAll(cloud.normals);
         vdt::Array<vdt::Color3f> light = cloud.colors;
-        for (vdt::Color3f& c : light) c = {LinearOf(c.r), LinearOf(c.g), LinearOf(c.b)};
+        for (vdt::Color3f& c : light) c = {LinearFromSrgb(c.r), LinearFromSrgb(c.g), LinearFromSrgb(c.b)};
         file.writeAll(light);
     }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "export/scene.h"
+#include "export/srgb.h"
 
 #include <algorithm>
 #include <cmath>
@@ -71,16 +72,6 @@ inline float SmoothStep(float from, float to, float value)
 inline float Luminance(const Light& light)
 {
     return 0.2126F * light.x + 0.7152F * light.y + 0.0722F * light.z;
-}
-
-inline float LinearFromSrgb(float value)
-{
-    return value <= 0.04045F ? value / 12.92F : std::pow((value + 0.055F) / 1.055F, 2.4F);
-}
-
-inline float SrgbFromLinear(float value)
-{
-    return value <= 0.0031308F ? value * 12.92F : 1.055F * std::pow(value, 1 / 2.4F) - 0.055F;
 }
 
 inline Light LightOfSrgb(const vdt::Color3f& color)

@@ -26,10 +26,7 @@ double MeshArea(const MeshInputAccessor& mesh)
     const uint64_t polygonCount = mesh.PolygonCount();
     for (uint64_t index = 0; index < polygonCount; ++index) {
         MeshPolygon polygon;
-        polygon.vertices[0] = kNone;
-        mesh.GetPolygonRecord(polygon, index);
-        if (polygon.vertices[0] == kNone) continue; // fewer than three corners
-
+        if (!ReadPolygonRecord(mesh, index, polygon)) continue;
         Vector3 a{}, b{}, c{}, d{};
         mesh.GetPoint(a, polygon.vertices[0]);
         mesh.GetPoint(b, polygon.vertices[1]);

@@ -511,10 +511,7 @@ template <class Visit> bool forEachPlane(const MeshInputAccessor& hull, const Vi
     const uint64_t polygonCount = hull.PolygonCount();
     for (uint64_t polygon = 0; polygon < polygonCount; ++polygon) {
         MeshPolygon record;
-        record.vertices[0] = kNone;
-        hull.GetPolygonRecord(record, polygon);
-        if (record.vertices[0] == kNone) continue; // fewer than three corners
-
+        if (!ReadPolygonRecord(hull, polygon, record)) continue;
         Vector3 a{}, b{}, c{};
         const HullPlane plane(hull.GetPoint(a, record.vertices[0]), hull.GetPoint(b, record.vertices[1]),
                               hull.GetPoint(c, record.vertices[2]));

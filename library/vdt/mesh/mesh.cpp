@@ -106,10 +106,7 @@ void Mesh::AppendMesh(const MeshInputAccessor& source, const Matrix& matrix)
 
     for (uint64_t polygon = 0; polygon < polygonCount; ++polygon) {
         MeshPolygon record;
-        record.vertices[0] = kNone;
-        source.GetPolygonRecord(record, polygon);
-        if (record.vertices[0] == kNone) continue; // fewer than three corners: nothing that could be kept
-
+        if (!ReadPolygonRecord(source, polygon, record)) continue;
         uint64_t vertices[4], coordinateIndices[4];
         const size_t cornerCount = record.isTriangle() ? 3 : 4;
         for (size_t corner = 0; corner < cornerCount; ++corner) {

@@ -108,4 +108,12 @@ bool AddQuad(MeshOutputAccessor& output, const uint64_t (&points)[4], const Vect
 bool AddPentagon(MeshOutputAccessor& output, const uint64_t (&points)[5], const Vector2f (&coordinates)[5],
                  int32_t material);
 
+/// The record of a polygon. False if it has fewer than three corners.
+inline bool ReadPolygonRecord(const MeshInputAccessor& mesh, uint64_t index, MeshPolygon& polygon)
+{
+    polygon.vertices[0] = kNone;
+    mesh.GetPolygonRecord(polygon, index);
+    return polygon.vertices[0] != kNone;
+}
+
 } // namespace vdt
