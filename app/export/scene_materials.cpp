@@ -65,7 +65,7 @@ SceneMaterial SceneMaterials::convert(int32_t matid)
     material.roughness = roughnessOf(front);
     material.twoSided = found->back() != nullptr;
     if (found->hasSeparateBack() && *found->back() != front)
-        messages->message("material \"" + material.name + "\": its back looks like its front in the export");
+        messages->message("material \"" + material.name + "\": its back is shown like its front");
     return material;
 }
 
