@@ -78,7 +78,7 @@ def main():
     print(f"- date: {context['date'][:10]}\n")
     print("| workload | size | median ms | ns per item | ratio |")
     print("|---|---|---:|---:|---|")
-    for name, record in table.items():
+    for name, record in sorted(table.items()):
         nanoseconds = f"{record['ns']:.3g}" if record["ns"] else ""
         size = record["size"].strip()
         print(f"| `{name}` | {size} | {record['ms']:.3g} | {nanoseconds} | {', '.join(ratios(record, table))} |")

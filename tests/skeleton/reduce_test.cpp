@@ -160,7 +160,7 @@ TEST(Reduce, KeepsTheTruncatedShareOfConnectors)
             << amount << ' ' << thinning;
 }
 
-TEST(Reduce, EnlargesWhatIsLeftByWhatTheCrownLoses)
+TEST(ReduceCompatibility, EnlargesWhatIsLeftByWhatTheCrownLosesAndForgetsItsOwnSize)
 {
     // Crown 10 x 10 x 10, so of mean face 100; leaves of 5 at scale 4 cover a fifth of it each.
     std::vector<VariantMesh> foliage;

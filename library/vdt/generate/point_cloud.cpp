@@ -98,6 +98,9 @@ private:
     void addBranches()
     {
         const Skeleton& skeleton = variant.skeleton;
+        uint64_t vertexCount = 0;
+        for (const SkeletonBranch& branch : skeleton.branches) vertexCount += branch.vertexCount;
+        segments.reserve(vertexCount);
         SkeletonWalker walker(skeleton, false, WalkFilter::SkipDeadSides);
         while (walker.advance()) {
             const SkeletonVertex& top = walker.vertex();

@@ -103,7 +103,7 @@ void selectConnectors(const Skeleton& source, std::span<const VariantMesh> folia
     const double scale = enlargement(f, parameters.foliageAmount);
     for (uint64_t i = 0; i < keptCount; ++i) {
         ConnectorAttributes attributes = source.connectors[kept[i]].attributes;
-        attributes.scale = scale; // in place of its own; the module's pictures have always been so
+        attributes.scale = scale; // Compatibility: in place of its own, or thinned crowns of existing scenes change
         copyConnector(source, kept[i], attributes, target, i);
     }
 }
