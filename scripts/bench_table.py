@@ -8,9 +8,12 @@ itself, in turns with its own work, and gives the counter `ratio`. Below 1 is fa
 
 import json
 import re
+import resource
 import statistics
 import subprocess
 import sys
+import tempfile
+import time
 
 
 def milliseconds(run):
@@ -60,6 +63,19 @@ def ratios(record, table):
         yield f"{record['memory']:.3f} in memory"
 
 
+def picture_row(program):
+    """A picture of a whole plant, the program's start included: time on the wall, all cores, and memory at its peak."""
+    times = []
+    with tempfile.TemporaryDirectory() as folder:
+        command = [program, "render", "Betula pendula", "--size", "512", "--samples", "64", "-o", folder + "/birch.png"]
+        for _ in range(3):
+            start = time.monotonic()
+            subprocess.run(command, capture_output=True, check=True)
+            times.append(time.monotonic() - start)
+    megabytes = resource.getrusage(resource.RUSAGE_CHILDREN).ru_maxrss / 1000
+    return f"| `picture of the adult birch` | 512 x 512 pixels, 64 samples | {1000 * statistics.median(times):,.0f} on the wall |  | {megabytes:.0f} MB at the peak |"
+
+
 def main():
     with open(sys.argv[1], encoding="utf-8") as file:
         results = json.load(file)
@@ -82,6 +98,8 @@ def main():
         nanoseconds = f"{record['ns']:.3g}" if record["ns"] else ""
         size = record["size"].strip()
         print(f"| `{name}` | {size} | {record['ms']:.3g} | {nanoseconds} | {', '.join(ratios(record, table))} |")
+    if len(sys.argv) > 2:
+        print(picture_row(sys.argv[2]))
 
 
 main()

@@ -110,6 +110,8 @@ SceneLevel BuildCoarseLevel(const SceneRequest& request, SceneMaterials& materia
                             vdt::MessageHandler& messages)
 {
     const vdt::ModelVariant& variant = request.variant;
+    if (request.details.front() != PlantDetail())
+        messages.warning("only the full plant is reduced and rounded; its lighter forms are made of all of it");
     SceneLevel level;
     if (request.form == PlantForm::Cloud) {
         level.cloud = cloudOf(request, materials);
