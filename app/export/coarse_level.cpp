@@ -58,7 +58,11 @@ vdt::BlobOptions blobOptionsFor(const vdt::Skeleton& skeleton)
         const vdt::WyvillFieldFunction field(options.radius);
         std::vector<double> sums;
         const size_t step = std::max<size_t>(points.size() / kProbes, 1);
-        for (size_t i = 0; i < points.size(); i += step) sums.push_back(fieldAt(points[i], points, field));
+        for (size_t i = 0; i < points.size(); i += step) {
+            const double sum = fieldAt(points[i], points, field);
+            if (std::isfinite(sum)) sums.push_back(sum);
+        }
+        if (sums.empty()) break;
         const auto median = sums.begin() + static_cast<std::ptrdiff_t>(sums.size() / 2);
         std::nth_element(sums.begin(), median, sums.end());
         options.threshold = std::max(kSkin * *median, 1.0); // below 1 inside and outside change places
