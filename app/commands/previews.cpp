@@ -5,6 +5,7 @@
 #include "files/output_files.h"
 #include "lookup/species.h"
 
+#include <cmath>
 #include <filesystem>
 #include <set>
 
@@ -133,7 +134,7 @@ void writeMean(const Picture& picture, double left, double top, double right, do
     const double open = 1 - sum[3] / count / 255;
     const float behind[] = {background.r, background.g, background.b};
     for (int channel = 0; channel < 3; ++channel)
-        target[channel] = static_cast<uint8_t>(sum[channel] / count + behind[channel] * 255 * open + 0.5);
+        target[channel] = static_cast<uint8_t>(std::lround(sum[channel] / count + behind[channel] * 255 * open));
     target[3] = 255;
 }
 
@@ -143,7 +144,7 @@ bool makeSheet(const PreviewRequest& request, const std::vector<Species>& librar
 {
     constexpr uint32_t kLargestSheet = 32768; // pixels a side
     const auto plants = static_cast<uint32_t>(library.size());
-    uint32_t columns = static_cast<uint32_t>(request.columns);
+    auto columns = static_cast<uint32_t>(request.columns);
     if (columns == 0) columns = static_cast<uint32_t>(std::ceil(std::sqrt(plants)));
     columns = std::min(columns, plants);
     const uint32_t rows = (plants + columns - 1) / columns;

@@ -101,6 +101,7 @@ std::vector<Camera> camerasFor(const RenderRequest& request, std::span<const Flo
     if (request.turntable == 0) return {Camera(view, outline, settings.width, settings.height)};
 
     std::vector<ViewDirection> views;
+    views.reserve(static_cast<size_t>(request.turntable));
     for (int frame = 0; frame < request.turntable; ++frame)
         views.push_back({view.azimuth + 360.0 * frame / request.turntable, view.elevation});
     return Camera::Turntable(views, outline, settings.width, settings.height);

@@ -18,7 +18,7 @@ class CylinderTree {
 public:
     explicit CylinderTree(std::vector<Cylinder> table) : cylinders(std::move(table))
     {
-        for (size_t i = 0; i < cylinders.size(); ++i) byId.push_back({cylinders[i].id, i});
+        for (size_t i = 0; i < cylinders.size(); ++i) byId.emplace_back(cylinders[i].id, i);
         std::sort(byId.begin(), byId.end());
         linkChildren();
     }
@@ -137,7 +137,8 @@ public:
         foot = tree[root].start;
         draft.points.push_back({0, 0, 0});
         open.push_back({root, {0, tree[root].radius, {1, 1, 1}}});
-        for (size_t i = 0; i < open.size(); ++i) growBranch(OpenBranch(open[i])); // each opens more
+        // NOLINTNEXTLINE(modernize-loop-convert): each opens more
+        for (size_t i = 0; i < open.size(); ++i) growBranch(OpenBranch(open[i]));
         return std::move(draft);
     }
 

@@ -217,7 +217,7 @@ private:
             }
         };
         enter(root);
-        for (size_t i = 0; i < tree.size(); ++i) {
+        for (size_t i = 0; i < tree.size(); ++i) { // NOLINT(modernize-loop-convert): it grows on the way
             const uint64_t branch = tree[i];
             size += cuts[branch];
             for (uint64_t k = 1; k < cuts[branch]; ++k) enter(draft.branches[branch][k].point);

@@ -23,7 +23,7 @@ float toned(float light)
 
 uint8_t toByte(float value)
 {
-    return static_cast<uint8_t>(std::clamp(value, 0.0F, 1.0F) * 255 + 0.5F);
+    return static_cast<uint8_t>(std::lround(std::clamp(value, 0.0F, 1.0F) * 255));
 }
 
 // What all samples of one pixel saw.

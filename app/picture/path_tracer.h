@@ -16,14 +16,14 @@ struct Sighting {
 class PathTracer {
 public:
     /// A plant stands on ground that shows its shadow and hides what is below. The shadow has faded away at a distance
-    /// of `shadowReach` from the plant's middle; 0 for no ground.
-    PathTracer(const TracedScene& scene, const Sky& sky, float shadowReach);
+    /// of `reachOfShadow` from the plant's middle; 0 for no ground.
+    PathTracer(const TracedScene& tracedScene, const Sky& surroundings, float reachOfShadow);
 
     /// Follows up to TracedScene::kBundle rays of one pixel, each with its own sampler.
     void look(std::span<SceneRay> rays, std::span<Sampler> samplers, std::span<Sighting> sightings) const;
 
 private:
-    Light lightFrom(const Surface& surface, const Float3& towardsViewer, Sampler& sampler) const;
+    Light lightFrom(const Surface& first, const Float3& towardsFirstViewer, Sampler& sampler) const;
     Light sunOn(const Surface& surface, const Float3& towardsViewer, Sampler& sampler) const;
     float shadowAt(const Float3& place, Sampler& sampler) const;
     bool meetsGround(const SceneRay& ray, float& distance) const;

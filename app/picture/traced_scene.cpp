@@ -42,6 +42,7 @@ std::vector<vdt::Vector3> extremePoints(const SceneMesh& mesh)
                                           mesh.points.begin()));
     }
     std::vector<vdt::Vector3> points;
+    points.reserve(chosen.size());
     for (const size_t index : chosen) points.push_back(widened(mesh.points[index]));
     return points;
 }

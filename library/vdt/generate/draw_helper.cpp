@@ -55,7 +55,7 @@ std::vector<FiledBranch> fileBranches(const Skeleton& skeleton)
         // Compatibility: where the walk passes over a thin first vertex, the branch before lends its radius. Existing
         // scenes show the branches in this order.
         if (!vertex.prev)
-            largest = radius > kThinnest ? radius : kThinnest;
+            largest = std::max(kThinnest, radius);
         else if (radius > largest)
             largest = radius;
         if (!vertex.next) filed.push_back({largest, filed.size(), vertex.branch});

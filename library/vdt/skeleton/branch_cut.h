@@ -7,10 +7,10 @@
 
 namespace vdt {
 
-/// Takes vertices in the order of a walk that goes branch by branch, and appends what is kept to `target`.
+/// Takes vertices of `uncut` in the order of a walk that goes branch by branch, and appends what is kept to `output`.
 class BranchCut {
 public:
-    BranchCut(const Skeleton& uncut, Skeleton& target);
+    BranchCut(const Skeleton& uncut, Skeleton& output);
 
     /// Whether the vertex belongs to the kept part: not beyond a cut, and not on a side branch that hangs there.
     bool isKept(const SkeletonVertex& vertex, uint64_t depth);

@@ -64,7 +64,7 @@ float leafShare(const Skeleton& skeleton, std::span<const VariantMesh> foliage, 
 float enlargement(float f, float amount)
 {
     const float exponent = 1 / amount;
-    const float shownThrough = static_cast<float>(std::pow(static_cast<double>(1 - f), static_cast<double>(exponent)));
+    const auto shownThrough = static_cast<float>(std::pow(static_cast<double>(1 - f), static_cast<double>(exponent)));
     return (1 - shownThrough) / f;
 }
 

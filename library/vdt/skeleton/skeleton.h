@@ -66,7 +66,11 @@ class Skeleton {
 public:
     Skeleton() = default;
     Skeleton(const Skeleton& other) { Assign(other); }
-    Skeleton& operator=(const Skeleton& other) { return Assign(other); }
+    Skeleton& operator=(const Skeleton& other)
+    {
+        Assign(other);
+        return *this;
+    }
     Skeleton(Skeleton&& other) noexcept { Swap(other); }
     Skeleton& operator=(Skeleton&& other) noexcept;
     virtual ~Skeleton() = default;
