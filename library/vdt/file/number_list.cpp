@@ -11,7 +11,7 @@
 #include <type_traits>
 
 #ifndef _WIN32
-#include <locale.h>
+#include <locale.h> // NOLINT(modernize-deprecated-headers): the other need not have newlocale()
 #endif
 
 namespace vdt {

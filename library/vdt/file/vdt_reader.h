@@ -26,7 +26,7 @@ public:
     static constexpr size_t kMostQualifiers = 1024; // of one variant; they are searched one by one
 
     /// Both belong to the caller and outlive the reader.
-    VdtReader(Model& model, MessageHandler& handler);
+    VdtReader(Model& target, MessageHandler& handler);
 
     /// Opens the file, parses it and makes the paths in the model absolute. False if it cannot be opened, is empty
     /// or had to be given up; the model then holds what was complete by then.
@@ -36,7 +36,7 @@ public:
     void endDocument() override {}
     void startElement(std::string_view name, const std::vector<XmlAttribute>& attributes) override;
     void endElement(std::string_view name) override;
-    void characters(std::string_view text) override;
+    void characters(std::string_view piece) override;
 
 protected:
     /// Called with one sentence for everything in the file that leaves no trace in the model and is not reported:

@@ -194,7 +194,7 @@ Vector3 RefinementLevel::vertexPoint(uint32_t point) const
     if (sum.boundaryCount >= 3 || sum.edgeCount == 0) return positions[point];
     if (sum.boundaryCount == 2) return boundarySums[point] / 8;
 
-    const double n = static_cast<double>(static_cast<float>(sum.edgeCount));
+    const auto n = static_cast<double>(static_cast<float>(sum.edgeCount));
     return (n - 2) / n * positions[point] + 1 / (n * n) * sum.around;
 }
 

@@ -66,7 +66,7 @@ private:
             return true;
         }
         // The frame of a tip makes room for the branch that goes on from there.
-        if (!popPending) frames.push_back(Matrix(frames.back()));
+        if (!popPending) frames.emplace_back(frames.back());
         popPending = false;
         return true;
     }

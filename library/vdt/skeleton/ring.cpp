@@ -52,7 +52,7 @@ void UnlinkConnector(Skeleton& skeleton, uint64_t index)
 bool IsRoot(const SkeletonPoint& point)
 {
     if (!point.firstVertex || point.firstVertex->prev) return false;
-    for (const SkeletonVertex& other : RingOthers(*point.firstVertex))
+    for (const SkeletonVertex& other : RingOthers(*point.firstVertex)) // NOLINT(readability-use-anyofallof): no range
         if (other.prev) return false;
     return true;
 }
