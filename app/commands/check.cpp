@@ -1,4 +1,5 @@
 #include "commands/command.h"
+#include "console/json_text.h"
 #include "exit_status.h"
 #include "inspect/check_file.h"
 
@@ -69,7 +70,7 @@ int runCheck(const CheckOptions& options, Console& console)
         else
             print(report, console.out());
     }
-    if (options.format == "json") console.out() << all.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
+    if (options.format == "json") console.out() << JsonText(all, kForPeople) << '\n';
     return status;
 }
 

@@ -7,7 +7,6 @@
 #include "export/output_name.h"
 #include "files/input_file.h"
 
-#include <map>
 #include <memory>
 
 namespace verdanth {
@@ -127,14 +126,10 @@ void AddExportCommand(CLI::App& program, CommandWork& chosen)
                      "filled in")
         ->required()
         ->type_name("OUT");
-    command
-        ->add_option("--instances", request->foliage, "Foliage in glTF: one mesh a material, a node a leaf, or lists")
-        ->transform(CLI::Transformer(std::map<std::string, FoliageForm>{{"merge", FoliageForm::Merged},
-                                                                        {"nodes", FoliageForm::Nodes},
-                                                                        {"gpu", FoliageForm::Instances}})
-                        .description(""))
-        ->default_str("merge")
-        ->type_name("merge|nodes|gpu");
+    AddChoice<FoliageForm>(
+        *command, "--instances", request->foliage,
+        {{"merge", FoliageForm::Merged}, {"nodes", FoliageForm::Nodes}, {"gpu", FoliageForm::Instances}},
+        "Foliage in glTF: one mesh a material, a node a leaf, or lists");
     command->add_option("--lod", request->levelCount, "How many levels of detail, each a quarter of the one before")
         ->check(CLI::Range(size_t{1}, kMostLevels).description(""))
         ->capture_default_str()

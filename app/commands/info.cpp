@@ -1,4 +1,5 @@
 #include "commands/command.h"
+#include "console/json_text.h"
 #include "exit_status.h"
 #include "inspect/plant_facts.h"
 
@@ -28,7 +29,7 @@ int runInfo(const InfoOptions& options, Console& console)
     if (console.isCancelled()) return kFailure;
 
     if (options.format == "json")
-        console.out() << facts.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) << '\n';
+        console.out() << JsonText(facts, kForPeople) << '\n';
     else
         PrintPlantFacts(facts, console.out());
     return kSuccess;

@@ -1,4 +1,5 @@
 #include "commands/command.h"
+#include "console/json_text.h"
 #include "exit_status.h"
 #include "files/input_file.h"
 #include "inspect/library_facts.h"
@@ -59,7 +60,7 @@ int runList(const ListOptions& options, Console& console)
     const LibraryAnswer answer = DescribeLibrary({folder, language, options.filter}, console);
     if (console.isCancelled()) return kFailure;
     if (options.format == "json")
-        console.out() << answer.facts.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) << '\n';
+        console.out() << JsonText(answer.facts, kForPeople) << '\n';
     else
         PrintLibraryFacts(answer.facts, console.out());
     return answer.status;

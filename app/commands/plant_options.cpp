@@ -5,19 +5,12 @@
 #include "files/input_file.h"
 
 #include <limits>
-#include <map>
 
 namespace verdanth {
 namespace {
 
 constexpr int kHighestSubdivision = 6; // each level makes four polygons of one
 constexpr uint64_t kMostPoints = 100'000'000;
-
-const std::map<std::string, PlantForm> kForms{{"full", PlantForm::Full},
-                                              {"proxy", PlantForm::Proxy},
-                                              {"box", PlantForm::Box},
-                                              {"cloud", PlantForm::Cloud},
-                                              {"blob", PlantForm::Blob}};
 
 void addReductionOptions(CLI::App& command, vdt::ReductionParameters& reduction)
 {
@@ -53,10 +46,13 @@ void AddPlantOptions(CLI::App& command, PlantOptions& options)
         ->capture_default_str()
         ->type_name("N");
     command.add_flag("--uniform", options.uniform, "Round all branches alike, not the thinner ones less");
-    command.add_option("--as", options.form, "What stands for the plant: all of it, or a lighter form")
-        ->transform(CLI::Transformer(kForms, CLI::ignore_case).description(""))
-        ->default_str("full")
-        ->type_name("full|proxy|box|cloud|blob");
+    AddChoice<PlantForm>(command, "--as", options.form,
+                         {{"full", PlantForm::Full},
+                          {"proxy", PlantForm::Proxy},
+                          {"box", PlantForm::Box},
+                          {"cloud", PlantForm::Cloud},
+                          {"blob", PlantForm::Blob}},
+                         "What stands for the plant: all of it, or a lighter form");
     command.add_option("--points", options.points, "How many points a cloud has")
         ->check(CLI::Range(uint64_t{1}, kMostPoints).description(""))
         ->capture_default_str()

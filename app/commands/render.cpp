@@ -27,7 +27,7 @@ struct RenderRequest {
     int turntable = 0;
     int samples = 64;
     int threads = 0;
-    std::string ground = "plain";
+    Ground ground = Ground::Plain;
     std::string background = "F2F2ED";
     SunPosition sun;
     PreviewRequest previews;
@@ -75,9 +75,7 @@ bool settingsOf(const RenderRequest& request, PictureSettings& settings, Console
     settings.samples = static_cast<uint32_t>(request.samples);
     settings.threads = static_cast<unsigned>(request.threads);
     settings.sun = request.sun;
-    settings.ground = request.ground == "none"          ? Ground::None
-                      : request.ground == "transparent" ? Ground::Transparent
-                                                        : Ground::Plain;
+    settings.ground = request.ground;
     return true;
 }
 
@@ -206,11 +204,9 @@ void addPictureOptions(CLI::App& command, RenderRequest& request)
     command.add_option("--elevation", request.elevation, "How far above the plant's foot he stands; else the view's")
         ->check(CLI::Range(-90, 90).description(""))
         ->type_name("DEG");
-    command
-        .add_option("--ground", request.ground, "A plain colour with the plant's shadow, the shadow alone, or nothing")
-        ->check(CLI::IsMember({"plain", "transparent", "none"}).description(""))
-        ->capture_default_str()
-        ->type_name("plain|transparent|none");
+    AddChoice<Ground>(command, "--ground", request.ground,
+                      {{"plain", Ground::Plain}, {"transparent", Ground::Transparent}, {"none", Ground::None}},
+                      "A plain colour with the plant's shadow, the shadow alone, or nothing");
     command.add_option("--background", request.background, "The colour of plain ground")
         ->capture_default_str()
         ->type_name("RRGGBB");

@@ -71,16 +71,6 @@ vdt::BlobOptions blobOptionsFor(const vdt::Skeleton& skeleton)
     return options;
 }
 
-bool isFinite(const vdt::Vector3& v)
-{
-    return std::isfinite(v.x) && std::isfinite(v.y) && std::isfinite(v.z);
-}
-
-Float3 narrowed(const vdt::Vector3& v)
-{
-    return {static_cast<float>(v.x), static_cast<float>(v.y), static_cast<float>(v.z)};
-}
-
 SceneCloud cloudOf(const SceneRequest& request, SceneMaterials& materials)
 {
     const double meters = MetersPerUnit(request.model.unit);
@@ -99,10 +89,10 @@ SceneCloud cloudOf(const SceneRequest& request, SceneMaterials& materials)
     cloud.areaPerPoint = areaPerSample * meters * meters;
     for (const vdt::CloudSample& sample : samples) {
         vdt::Vector3 normal = sample.normal;
-        if (!isFinite(sample.position) || !isFinite(normal)) continue;
+        if (!vdt::IsFinite(sample.position) || !vdt::IsFinite(normal)) continue;
         if (!vdt::Normalize(normal)) normal = {0, 1, 0};
-        cloud.positions.push_back(narrowed(sample.position * meters));
-        cloud.normals.push_back(narrowed(normal));
+        cloud.positions.push_back(Narrowed(sample.position * meters));
+        cloud.normals.push_back(Narrowed(normal));
         cloud.colors.push_back(colorOf(sample.material));
     }
     return cloud;

@@ -4,6 +4,7 @@
 // number of copies. The copies themselves are made while the buffer is written, one at a time, so that memory does
 // not grow with them.
 #include "console/as_written.h"
+#include "console/json_text.h"
 #include "export/export_scene.h"
 #include "export/gltf_images.h"
 #include "export/srgb.h"
@@ -84,10 +85,9 @@ void extend(Float3& min, Float3& max, const Float3& p)
     max = {std::max(max.x, p.x), std::max(max.y, p.y), std::max(max.z, p.z)};
 }
 
-// JSON text; bytes that are no UTF-8 are replaced.
-std::string jsonText(const Json& value)
+std::string jsonLine(const Json& value)
 {
-    return value.dump(-1, ' ', false, Json::error_handler_t::replace);
+    return JsonText(value, kOneLine);
 }
 
 void appendNumbers(std::string& text, std::initializer_list<double> numbers)
@@ -253,7 +253,7 @@ private:
         const size_t rotation = addAccessor(count, "VEC4", kFloat, count * 16, 0);
         const size_t scale = addAccessor(count, "VEC3", kFloat, count * 12, 0);
         mesh.instances =
-            jsonText({{kInstancing,
+            jsonLine({{kInstancing,
                        {{"attributes", {{"TRANSLATION", translation}, {"ROTATION", rotation}, {"SCALE", scale}}}}}});
     }
 
@@ -377,10 +377,10 @@ private:
         for (size_t level = 0; level < levels.size(); ++level) {
             const Json extras = {{"variant", scene->variant}, {"season", scene->season}};
             text += level > 0 ? ",{\"name\":" : "{\"name\":";
-            text += jsonText(scene->name + LevelSuffix(*scene, level)) + ",\"extras\":" + jsonText(extras);
+            text += jsonLine(scene->name + LevelSuffix(*scene, level)) + ",\"extras\":" + jsonLine(extras);
             if (level == 0 && roots.size() > 1)
                 text += ",\"extensions\":" +
-                        jsonText({{kLevels, {{"ids", std::vector<uint64_t>(roots.begin() + 1, roots.end())}}}});
+                        jsonLine({{kLevels, {{"ids", std::vector<uint64_t>(roots.begin() + 1, roots.end())}}}});
             appendNodes(text, levels[level], roots[level] + 1, mesh);
             mesh += levels[level].size();
         }
@@ -396,7 +396,7 @@ private:
             const std::string meshReference = "\"mesh\":" + std::to_string(mesh++);
             if (!children.empty()) children += ',';
             children += std::to_string(next++);
-            nodes += ",{\"name\":" + jsonText(object.name);
+            nodes += ",{\"name\":" + jsonLine(object.name);
             if (object.copies.empty() || !object.instances.empty()) {
                 nodes += "," + meshReference;
                 if (!object.instances.empty()) nodes += ",\"extensions\":" + object.instances;
@@ -426,7 +426,7 @@ private:
 
     std::string documentText() const
     {
-        std::string text = jsonText(document);
+        std::string text = jsonLine(document);
         text.pop_back();
         return text + ",\"nodes\":" + nodesText() + "}";
     }

@@ -20,6 +20,16 @@ struct Float3 {
     friend bool operator==(const Float3&, const Float3&) = default;
 };
 
+inline vdt::Vector3 Widened(const Float3& v)
+{
+    return {v.x, v.y, v.z};
+}
+
+inline Float3 Narrowed(const vdt::Vector3& v)
+{
+    return {static_cast<float>(v.x), static_cast<float>(v.y), static_cast<float>(v.z)};
+}
+
 /// A point as one of its polygons sees it: polygons that agree about its texture coordinate share it.
 struct SceneVertex {
     uint32_t point;

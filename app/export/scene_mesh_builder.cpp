@@ -7,16 +7,6 @@ namespace {
 
 constexpr uint32_t kNoVertex = ~uint32_t{0};
 
-Float3 narrowed(const vdt::Vector3& v)
-{
-    return {static_cast<float>(v.x), static_cast<float>(v.y), static_cast<float>(v.z)};
-}
-
-vdt::Vector3 widened(const Float3& v)
-{
-    return {v.x, v.y, v.z};
-}
-
 bool isFinite(const Float3& v)
 {
     return std::isfinite(v.x) && std::isfinite(v.y) && std::isfinite(v.z);
@@ -37,8 +27,8 @@ bool SceneMeshBuilder::SetName(std::string_view name)
 
 uint64_t SceneMeshBuilder::AddPoint(const vdt::Vector3& position, const vdt::Vector3& normal)
 {
-    mesh->points.push_back(narrowed(position * scale));
-    mesh->normals.push_back(narrowed(vdt::Normalized(normal)));
+    mesh->points.push_back(Narrowed(position * scale));
+    mesh->normals.push_back(Narrowed(vdt::Normalized(normal)));
     firstVertex.push_back(kNoVertex);
     return mesh->points.size() - 1;
 }
@@ -95,7 +85,7 @@ bool SceneMeshBuilder::AddPolygon(std::span<const uint64_t> vertices, std::span<
 void SceneMeshBuilder::finish()
 {
     const auto pointOf = [this](uint32_t corner) { return mesh->vertices[mesh->corners[corner]].point; };
-    const auto isUnit = [](const Float3& n) { return std::fabs(vdt::Length(widened(n)) - 1) < 1e-3; };
+    const auto isUnit = [](const Float3& n) { return std::fabs(vdt::Length(Widened(n)) - 1) < 1e-3; };
 
     std::vector<bool> wanting(mesh->points.size());
     bool any = false;
@@ -110,21 +100,21 @@ void SceneMeshBuilder::finish()
         const uint32_t start = mesh->polygonStart(i);
         const uint32_t end = mesh->polygonEnds[i];
         vdt::Vector3 normal{0, 0, 0};
-        const vdt::Vector3 origin = widened(mesh->points[pointOf(start)]);
+        const vdt::Vector3 origin = Widened(mesh->points[pointOf(start)]);
         for (uint32_t c = start + 1; c + 1 < end; ++c)
             normal +=
-                vdt::Cross(widened(mesh->points[pointOf(c)]) - origin, widened(mesh->points[pointOf(c + 1)]) - origin);
+                vdt::Cross(Widened(mesh->points[pointOf(c)]) - origin, Widened(mesh->points[pointOf(c + 1)]) - origin);
         const double length = vdt::Length(normal);
         if (!(length > 0) || !std::isfinite(length)) continue;
         for (uint32_t c = start; c < end; ++c) {
             const uint32_t point = pointOf(c);
-            if (wanting[point]) mesh->normals[point] = narrowed(widened(mesh->normals[point]) + normal / length);
+            if (wanting[point]) mesh->normals[point] = Narrowed(Widened(mesh->normals[point]) + normal / length);
         }
     }
     for (size_t i = 0; i < wanting.size(); ++i) {
         if (!wanting[i]) continue;
-        vdt::Vector3 normal = widened(mesh->normals[i]);
-        mesh->normals[i] = vdt::Normalize(normal) ? narrowed(normal) : Float3{0, 1, 0};
+        vdt::Vector3 normal = Widened(mesh->normals[i]);
+        mesh->normals[i] = vdt::Normalize(normal) ? Narrowed(normal) : Float3{0, 1, 0};
     }
 }
 

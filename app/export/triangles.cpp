@@ -6,16 +6,6 @@
 namespace verdanth {
 namespace {
 
-vdt::Vector3 widened(const Float3& v)
-{
-    return {v.x, v.y, v.z};
-}
-
-Float3 narrowed(const vdt::Vector3& v)
-{
-    return {static_cast<float>(v.x), static_cast<float>(v.y), static_cast<float>(v.z)};
-}
-
 // Gathers the triangles of one material, with vertices numbered in the order of their first use.
 class TriangleGatherer {
 public:
@@ -39,7 +29,7 @@ private:
 
     vdt::Vector3 position(uint32_t corner) const
     {
-        return widened(mesh->points[mesh->vertices[mesh->corners[corner]].point]);
+        return Widened(mesh->points[mesh->vertices[mesh->corners[corner]].point]);
     }
 
     vdt::Vector3 doubleArea(uint32_t a, uint32_t b, uint32_t c) const
@@ -105,12 +95,12 @@ Placer::Placer(const Placement& placement)
 
 Float3 Placer::point(const Float3& p) const
 {
-    return narrowed(vdt::TransformPoint(widened(p), matrix));
+    return Narrowed(vdt::TransformPoint(Widened(p), matrix));
 }
 
 Float3 Placer::normal(const Float3& n) const
 {
-    return narrowed(vdt::Normalized(vdt::TransformVector(widened(n), turn)));
+    return Narrowed(vdt::Normalized(vdt::TransformVector(Widened(n), turn)));
 }
 
 } // namespace verdanth

@@ -11,11 +11,6 @@
 namespace verdanth {
 namespace {
 
-bool isFinite(const vdt::Vector3& v)
-{
-    return std::isfinite(v.x) && std::isfinite(v.y) && std::isfinite(v.z);
-}
-
 std::string counted(uint64_t count, const char* one, const char* many)
 {
     return std::to_string(count) + " " + (count == 1 ? one : many);
@@ -77,7 +72,7 @@ void checkReach(const vdt::Skeleton& skeleton, const std::string& title, Finding
 void checkPoints(const vdt::Skeleton& skeleton, const std::string& title, FindingList& findings)
 {
     uint64_t broken = 0;
-    for (const vdt::SkeletonPoint& point : skeleton.points) broken += !isFinite(point.position);
+    for (const vdt::SkeletonPoint& point : skeleton.points) broken += !vdt::IsFinite(point.position);
     if (broken > 0)
         findings.warn("number", title + ": " + counted(broken, "skeleton point is", "skeleton points are") +
                                     " not at a finite position");
@@ -142,7 +137,7 @@ void checkFoliage(const vdt::ModelVariant& variant, const std::string& title, Fi
         if (!record.qualifier.empty() && std::none_of(variant.qualifiers.begin(), variant.qualifiers.end(), hasName))
             unknownSeasons.insert(record.qualifier);
         if (!record.mesh) continue;
-        for (const vdt::Vector3& position : record.mesh->positions) brokenPoints += !isFinite(position);
+        for (const vdt::Vector3& position : record.mesh->positions) brokenPoints += !vdt::IsFinite(position);
     }
     for (const std::string& season : unknownSeasons)
         findings.warn("season", title + ": foliage for \"" + season + "\", which is no season of the variant");

@@ -15,16 +15,6 @@ constexpr float kCutOff = 0.5F;         // less opacity is none
 constexpr float kPassingShare = 0.3F;   // of the light on a leaf, what goes on behind it
 constexpr double kFarthestPlant = 1e15; // metres; what lies beyond is no part of a picture
 
-vdt::Vector3 widened(const Float3& p)
-{
-    return {p.x, p.y, p.z};
-}
-
-Float3 narrowed(const vdt::Vector3& p)
-{
-    return {static_cast<float>(p.x), static_cast<float>(p.y), static_cast<float>(p.z)};
-}
-
 bool isInReach(const vdt::Vector3& p)
 {
     return std::fabs(p.x) < kFarthestPlant && std::fabs(p.y) < kFarthestPlant && std::fabs(p.z) < kFarthestPlant;
@@ -43,7 +33,7 @@ std::vector<vdt::Vector3> extremePoints(const SceneMesh& mesh)
     }
     std::vector<vdt::Vector3> points;
     points.reserve(chosen.size());
-    for (const size_t index : chosen) points.push_back(widened(mesh.points[index]));
+    for (const size_t index : chosen) points.push_back(Widened(mesh.points[index]));
     return points;
 }
 
@@ -53,8 +43,8 @@ template <class Visit> void forEachOutlinePoint(const SceneLevel& plant, Visit v
     const auto visitInReach = [&](const vdt::Vector3& point) {
         if (isInReach(point)) visit(point);
     };
-    for (const Float3& point : plant.body.mesh.points) visitInReach(widened(point));
-    for (const Float3& point : plant.cloud.positions) visitInReach(widened(point));
+    for (const Float3& point : plant.body.mesh.points) visitInReach(Widened(point));
+    for (const Float3& point : plant.cloud.positions) visitInReach(Widened(point));
     for (const SceneObject& object : plant.foliage) {
         const std::vector<vdt::Vector3> extremes = extremePoints(object.mesh);
         for (const Placement& placement : object.placements) {
@@ -194,7 +184,7 @@ void TracedScene::findSpace(const SceneLevel& plant)
 
 Float3 TracedScene::localPoint(const vdt::Vector3& meters) const
 {
-    return narrowed((meters - origin) * scale);
+    return Narrowed((meters - origin) * scale);
 }
 
 void TracedScene::addMaterials(const Scene& scene, vdt::MessageHandler& messages)
@@ -224,7 +214,7 @@ std::unique_ptr<TracedScene::Mesh> TracedScene::makeMesh(const SceneMesh& source
         Piece piece{&materials[material], TrianglesOf(source, material)};
         if (piece.triangles.indices.empty()) continue;
         if (isBody)
-            for (Float3& position : piece.triangles.positions) position = localPoint(widened(position));
+            for (Float3& position : piece.triangles.positions) position = localPoint(Widened(position));
         mesh->pieces.push_back(std::move(piece));
     }
     return mesh;
@@ -269,7 +259,7 @@ void TracedScene::addFoliage(const SceneObject& source, uint64_t& copyBudget)
     for (const Placement& placement : placements) {
         const vdt::Matrix matrix = vdt::ToMatrix(placement.rotation, {0, 0, 0});
         Turn turn{};
-        for (int row = 0; row < 3; ++row) turn.axes[row] = narrowed(matrix.row(row) * (placement.scale < 0 ? -1 : 1));
+        for (int row = 0; row < 3; ++row) turn.axes[row] = Narrowed(matrix.row(row) * (placement.scale < 0 ? -1 : 1));
         turns.push_back(turn);
     }
 
@@ -292,7 +282,7 @@ void TracedScene::addCopies(const Mesh& mesh, std::span<const Placement> placeme
         for (const Placement& placement : placements) {
             const vdt::Matrix matrix = placement.matrix();
             for (const Float3& p : piece.triangles.positions)
-                positions.push_back(localPoint(vdt::TransformPoint(widened(p), matrix)));
+                positions.push_back(localPoint(vdt::TransformPoint(Widened(p), matrix)));
         }
         attachPiece(piece, positions, root, parts.size());
         parts.push_back({&mesh, i, firstTurn});
@@ -309,7 +299,7 @@ void TracedScene::addInstances(Mesh& mesh, std::span<const Placement> placements
     for (const Placement& placement : placements) {
         const vdt::Matrix matrix = placement.matrix();
         Float3 columns[4]; // the transposed matrix's, which are our rows
-        for (int row = 0; row < 3; ++row) columns[row] = narrowed(matrix.row(row) * scale);
+        for (int row = 0; row < 3; ++row) columns[row] = Narrowed(matrix.row(row) * scale);
         columns[3] = localPoint(placement.translation);
         RTCGeometry geometry = rtcNewGeometry(device, RTC_GEOMETRY_TYPE_INSTANCE);
         rtcSetGeometryInstancedScene(geometry, mesh.scene);
@@ -337,7 +327,7 @@ void TracedScene::addCloud(const SceneCloud& cloud)
                                                                  sizeof(Float3), cloud.positions.size()));
     if (places && normals) {
         for (size_t i = 0; i < cloud.positions.size(); ++i) {
-            const Float3 place = localPoint(widened(cloud.positions[i]));
+            const Float3 place = localPoint(Widened(cloud.positions[i]));
             std::memcpy(places + 4 * i, &place, sizeof place);
             places[4 * i + 3] = radius;
             normals[i] = cloud.normals[i];

@@ -89,6 +89,8 @@ TEST(Forms, ReductionTakesLevelsRadiiAndLeavesAway)
                                                                                        {"--min-radius", "-2"},
                                                                                        {"--as", "tree"}})
         EXPECT_EQ(runExport(folder, "no.glb", wrong).status, 2) << wrong[0];
+    for (const char* notAChoice : {"tree", "1"}) // a number is no choice either
+        EXPECT_NE(runExport(folder, "no.glb", {"--as", notAChoice}).messages.find("{full,proxy,"), std::string::npos);
 }
 
 TEST(Forms, LevelsOfDetailMeetTheirBudgets)

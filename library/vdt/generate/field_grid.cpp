@@ -9,11 +9,6 @@ namespace {
 
 constexpr uint64_t kLongestCount = 16; // nodes
 
-bool isFinite(const Vector3& v)
-{
-    return std::isfinite(v.x) && std::isfinite(v.y) && std::isfinite(v.z);
-}
-
 enum class Axis { X, Y, Z };
 
 Axis longestAxis(const Vector3& extent)
@@ -30,7 +25,7 @@ bool layGrid(const Box& box, FieldGrid& grid)
     const double length = longest == Axis::X ? extent.x : longest == Axis::Y ? extent.y : extent.z;
     grid.cellSize = length / static_cast<double>(kLongestCount - 1);
     grid.centre = box.center();
-    if (!(grid.cellSize > 0) || !isFinite(extent) || !isFinite(grid.centre)) return false;
+    if (!(grid.cellSize > 0) || !IsFinite(extent) || !IsFinite(grid.centre)) return false;
 
     // No axis is longer than the longest, so none has many more nodes.
     const auto count = [&](Axis axis, double size) {
@@ -88,7 +83,7 @@ bool BuildFieldGrid(std::span<const Vector3> points, const FieldFunction& field,
 
     Box box;
     for (const Vector3& point : points) {
-        if (!isFinite(point)) return false;
+        if (!IsFinite(point)) return false;
         box.extend(point);
     }
     box.min = box.min - Vector3{radius, radius, radius};

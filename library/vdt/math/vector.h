@@ -67,6 +67,11 @@ inline bool ExceedsInMagnitude(const Vector3& a, double threshold)
     return std::fabs(a.x) > threshold || std::fabs(a.y) > threshold || std::fabs(a.z) > threshold;
 }
 
+inline bool IsFinite(const Vector3& a)
+{
+    return std::isfinite(a.x) && std::isfinite(a.y) && std::isfinite(a.z);
+}
+
 /// Brings `a` to unit length. False, with `a` left as it is, if it has no direction.
 inline bool Normalize(Vector3& a)
 {
