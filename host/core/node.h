@@ -11,7 +11,6 @@
 
 #include "c4d_basecontainer.h"
 #include "c4d_baselist.h"
-#include "core/weak_node.h"
 
 #include <array>
 #include <bitset>
@@ -47,7 +46,7 @@ enum class NodeKind {
     RegistryEntry
 };
 
-/// The identity that files keep of a node: unique among the nodes of one run, new for every clone.
+/// The identity of a node, by which links find it: unique among the nodes of a run, new for every clone, never 0.
 using Marker = UInt64;
 
 struct NodeCore {
@@ -86,6 +85,11 @@ struct NodeCore {
 
     /// The lists that belong to this node, in the order in which they are copied, written and walked.
     virtual std::vector<ListCore*> Branches() const;
+    Marker GetMarker() const { return marker; }
+    /// For readers of files, whose links name markers: `taken` must belong to no living node, else the node keeps its
+    /// own (and false is returned, so that the reader redirects).
+    bool SetMarker(Marker taken);
+
     /// The list of shaders, made when it is first asked for.
     ListCore& Shaders();
     /// What stands above this node in drawing and evaluation although it is no parent: the owner of a cache. Null
@@ -133,7 +137,6 @@ struct NodeCore {
     BaseContainer container;
     Int32 bits = 0;            // BIT_...
     std::bitset<128> nodeBits; // by NBIT
-    Marker marker;
 
     static constexpr Int32 kBodyLevel = 1;
 
@@ -142,9 +145,7 @@ protected:
     template <class Facade> void MakeFacade()
     {
         static_assert(sizeof(Facade) == sizeof(NodeCore*), "a facade has no member but its core");
-        Facade* made = new (facadeMemory) Facade();
-        facade = made;
-        facade->core = this;
+        facade = new (facadeMemory) Facade(*this);
     }
 
     /// The part of a count that is not stored.
@@ -152,12 +153,10 @@ protected:
     void RaiseBy(DIRTYFLAGS flag, UInt32 amount);
 
 private:
-    friend class WeakNode;
-
     static constexpr std::size_t kDirtyKinds = 9;
 
+    Marker marker;
     std::array<UInt32, kDirtyKinds> counts;
-    WeakNode* references = nullptr;
     std::unique_ptr<ListCore> shaders;
     C4DAtom* facade = nullptr;
     alignas(NodeCore*) std::byte facadeMemory[sizeof(NodeCore*)];
@@ -209,13 +208,14 @@ bool CopyNode(const NodeCore& from, NodeCore& to, COPYFLAGS flags, AliasTrans* t
 /// The caller's; null on failure.
 NodeCore* CloneNode(const NodeCore& from, COPYFLAGS flags, AliasTrans* translation);
 
-Marker NewMarker();
+/// The living node of that marker, null if there is none. Any thread.
+NodeCore* FindNode(Marker marker);
 
 /// Sends to the node: the host's part first, then the plug-in's, whose answer it is.
-bool SendMessage(NodeCore& node, Int32 type, void* data);
+bool SendTo(NodeCore& node, Int32 type, void* data);
 /// Sends to `node` and to everything below: children and branches, parents before children. The tree must not change
 /// meanwhile.
-void SendMessageBelow(NodeCore& node, Int32 type, void* data);
+void SendBelow(NodeCore& node, Int32 type, void* data);
 
 /// Calls `visit` for the node and everything below it, parents first, a node's branches before its children.
 template <class Visit> void VisitBelow(NodeCore& node, const Visit& visit)

@@ -1,6 +1,6 @@
 // What nodes can be made of, and everything else that plug-ins register.
 //
-// One Registry lives at a time, owned by the application. Built-in classes are entered by its constructor, plug-ins'
+// The registry is a part of the application. Built-in classes are entered by its constructor, plug-ins'
 // ones through the Register... calls of the API. Its end deletes the plug-in class objects that were handed over; all
 // nodes must be gone by then.
 #pragma once
@@ -10,6 +10,7 @@
 #include "c4d_customdatatype.h"
 #include "c4d_file.h"
 #include "c4d_nodedata.h"
+#include "core/application.h"
 #include "core/node.h"
 
 #include <map>
@@ -64,15 +65,15 @@ struct PluginCore : NodeCore {
     void* structure = nullptr; // the plug-in class object, where there is one
 };
 
-class Registry {
+class Registry : public ApplicationPart {
 public:
     Registry();
-    Registry(const Registry&) = delete;
-    Registry& operator=(const Registry&) = delete;
-    ~Registry();
+    ~Registry() override;
 
-    /// Null while no application lives.
+    /// Null while no application runs.
     static Registry* Current();
+
+    void end(Ending step) override;
 
     /// The file that following registrations come from; the loader sets it around its calls into a module.
     void SetModule(const Filename& file) { module = file; }
