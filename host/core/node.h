@@ -19,6 +19,9 @@
 #include <new>
 #include <vector>
 
+class BaseDrawHelp;
+class BaseThread;
+class HierarchyHelp;
 class HyperFile;
 class NodeData;
 
@@ -64,6 +67,11 @@ struct NodeCore {
     Int32 Type() const;
     bool IsInstanceOf(Int32 type) const;
 
+    Marker GetMarker() const { return marker; }
+    /// For readers of files, whose links name markers: `taken` must belong to no living node, else the node keeps its
+    /// own (and false is returned, so that the reader redirects).
+    bool SetMarker(Marker taken);
+
     // The tree. Positions in a list: `list` is set, `up` is null; under a parent: the other way round; free: both null.
 
     /// The list at whose top level the node or its topmost parent stands; null outside of any.
@@ -85,11 +93,6 @@ struct NodeCore {
 
     /// The lists that belong to this node, in the order in which they are copied, written and walked.
     virtual std::vector<ListCore*> Branches() const;
-    Marker GetMarker() const { return marker; }
-    /// For readers of files, whose links name markers: `taken` must belong to no living node, else the node keeps its
-    /// own (and false is returned, so that the reader redirects).
-    bool SetMarker(Marker taken);
-
     /// The list of shaders, made when it is first asked for.
     ListCore& Shaders();
     /// What stands above this node in drawing and evaluation although it is no parent: the owner of a cache. Null
@@ -101,6 +104,8 @@ struct NodeCore {
 
     void Raise(DIRTYFLAGS mask);
     UInt32 Dirty(DIRTYFLAGS mask) const;
+    /// What the parent's count of children grows by when this node changes.
+    virtual UInt32 ContentCount() const;
 
     // What each kind of core adds. An override calls its base first.
 
@@ -121,6 +126,20 @@ struct NodeCore {
     /// null).
     virtual void OnInserted(ListCore* branch, NodeCore& node);
     virtual void OnRemoved(ListCore* branch, NodeCore& node);
+
+    /// Links both ways, then asks for Init. False: the node is to be freed.
+    bool StartData(NodeData* made);
+    void EndData();
+
+    // What only a friend of the facades may do.
+
+    /// Links that were copied with `translation` follow from one node to the other. Null is allowed.
+    static void NoteCopy(AliasTrans* translation, Marker from, Marker to);
+    static void AwaitTranslation(BaseLink& link, AliasTrans* translation);
+    static void ForgetLink(BaseLink& link);
+    static HierarchyHelp MakeHierarchyHelp(BaseDocument* document, BaseThread* thread, Int32 buildFlags,
+                                           const Matrix& global);
+    static BaseDrawHelp MakeDrawHelp(BaseDocument* document);
 
     const NodeClass* nodeClass;
     NodeData* data = nullptr; // owned; null for built-in nodes and between its end and the node's
@@ -157,6 +176,8 @@ private:
 
     Marker marker;
     std::array<UInt32, kDirtyKinds> counts;
+    mutable UInt32 containerSeen = 0; // the container's own count when it was last looked at
+    mutable UInt32 containerChanges = 0;
     std::unique_ptr<ListCore> shaders;
     C4DAtom* facade = nullptr;
     alignas(NodeCore*) std::byte facadeMemory[sizeof(NodeCore*)];

@@ -9,6 +9,7 @@
 #include "c4d_baseplugin.h"
 #include "c4d_customdatatype.h"
 #include "c4d_file.h"
+#include "c4d_library.h"
 #include "c4d_nodedata.h"
 #include "core/application.h"
 #include "core/node.h"
@@ -17,8 +18,6 @@
 #include <memory>
 #include <optional>
 #include <vector>
-
-struct C4DLibrary;
 
 namespace host {
 
@@ -65,13 +64,13 @@ struct PluginCore : NodeCore {
     void* structure = nullptr; // the plug-in class object, where there is one
 };
 
-class Registry : public ApplicationPart {
+class Registrations : public ApplicationPart {
 public:
-    Registry();
-    ~Registry() override;
+    Registrations();
+    ~Registrations() override;
 
     /// Null while no application runs.
-    static Registry* Current();
+    static Registrations* Current();
 
     void end(Ending step) override;
 
@@ -115,12 +114,14 @@ PLUGINTYPE PluginTypeOf(NodeKind kind);
 
 /// Null without a registry or a type of that id.
 CustomDataTypeClass* FindCustomDataType(Int32 id);
+/// The version that the type's values are written with; 0 if there is no such type.
+Int32 CustomDataDiskLevel(Int32 id);
 
 // The host's own classes, entered by the registry's constructor. Each group stands in the file of its cores.
-void EnterNodeClasses(Registry& registry);     // lists, null and instance objects, plain tags, plug-in nodes
-void EnterMaterialClasses(Registry& registry); // materials, shaders, layers, render settings, layer sets
-void EnterGeometryClasses(Registry& registry); // point and polygon objects, tags with data
-void EnterDocumentClasses(Registry& registry); // documents, unit scales
+void EnterNodeClasses(Registrations& registry);     // lists, null and instance objects, plain tags, plug-in nodes
+void EnterMaterialClasses(Registrations& registry); // materials, shaders, layers, render settings, layer sets
+void EnterGeometryClasses(Registrations& registry); // point and polygon objects, tags with data
+void EnterDocumentClasses(Registrations& registry); // documents, unit scales
 
 /// Stand-ins for what renderers would register: without data of their own, parameters in the container.
 bool EnterMaterialPlugin(Int32 id, const String& name);
