@@ -32,13 +32,33 @@ void NodeCore::ForgetLink(BaseLink& link)
     link.waiting = nullptr;
 }
 
+void NodeCore::ForgetLinks(AliasTrans& translation)
+{
+    for (BaseLink* link : translation.pairs->links) link->waiting = nullptr;
+    translation.pairs->links.clear();
+}
+
+void NodeCore::Translate(AliasTrans& translation, bool keepOldTargets)
+{
+    for (BaseLink* link : translation.pairs->links) {
+        const auto copy = translation.pairs->copies.find(link->marker);
+        if (copy != translation.pairs->copies.end())
+            link->marker = copy->second;
+        else if (!keepOldTargets)
+            link->marker = 0;
+    }
+    ForgetLinks(translation);
+}
+
 } // namespace host
 
-AliasTrans::AliasTrans() : pairs(std::make_unique<Pairs>()) {}
+AliasTrans::AliasTrans() : pairs(std::make_unique<Pairs>())
+{
+}
 
 AliasTrans::~AliasTrans()
 {
-    for (BaseLink* link : pairs->links) link->waiting = nullptr;
+    host::NodeCore::ForgetLinks(*this);
 }
 
 AliasTrans* AliasTrans::Alloc()
@@ -60,16 +80,12 @@ Bool AliasTrans::Init(BaseDocument*)
 
 void AliasTrans::Translate(Bool connect_oldgoals)
 {
-    for (BaseLink* link : pairs->links) {
-        link->waiting = nullptr;
-        const auto copy = pairs->copies.find(link->marker);
-        if (copy != pairs->copies.end()) link->marker = copy->second;
-        else if (!connect_oldgoals) link->marker = 0;
-    }
-    pairs->links.clear();
+    host::NodeCore::Translate(*this, connect_oldgoals);
 }
 
-BaseLink::BaseLink(const BaseLink& other) : marker(other.marker) {}
+BaseLink::BaseLink(const BaseLink& other) : marker(other.marker)
+{
+}
 
 BaseLink& BaseLink::operator=(const BaseLink& other)
 {
@@ -104,7 +120,7 @@ BaseList2D* BaseLink::GetLink(const BaseDocument* doc, Int32 instanceof) const
 {
     const host::NodeCore* target = host::FindNode(marker);
     if (!target || (doc && target->Document() != host::CoreOf(doc))) return nullptr;
-    return instanceof && !target->IsInstanceOf(instanceof) ? nullptr : target->As<>();
+    return instanceof &&!target->IsInstanceOf(instanceof) ? nullptr : target->As<>();
 }
 
 BaseList2D* BaseLink::ForceGetLink() const

@@ -6,6 +6,7 @@
 #include "core/node_class.h"
 
 #include <algorithm>
+#include <cassert>
 #include <mutex>
 #include <unordered_map>
 
@@ -153,7 +154,8 @@ NodeCore* NodeCore::Owner() const
 DocumentCore* NodeCore::Document() const
 {
     for (const NodeCore* node = this; node; node = node->Owner()) {
-        if (node->Kind() == NodeKind::Document) return const_cast<DocumentCore*>(static_cast<const DocumentCore*>(node));
+        if (node->Kind() == NodeKind::Document)
+            return const_cast<DocumentCore*>(static_cast<const DocumentCore*>(node));
     }
     return nullptr;
 }
@@ -167,12 +169,14 @@ bool NodeCore::Contains(const NodeCore& other) const
 
 void NodeCore::InsertChild(NodeCore& child, NodeCore* predecessor)
 {
-    VDT_ASSERT(!child.IsLinked() && !child.Contains(*this));
-    VDT_ASSERT(!predecessor || predecessor->up == this || predecessor->list == this);
+    assert(!child.IsLinked() && !child.Contains(*this));
+    assert(!predecessor || predecessor->up == this || predecessor->list == this);
 
     const bool isList = Kind() == NodeKind::List;
-    if (isList) child.list = static_cast<ListCore*>(this);
-    else child.up = this;
+    if (isList)
+        child.list = static_cast<ListCore*>(this);
+    else
+        child.up = this;
 
     child.previous = predecessor;
     child.next = predecessor ? predecessor->next : firstChild;

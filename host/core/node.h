@@ -137,6 +137,8 @@ struct NodeCore {
     static void NoteCopy(AliasTrans* translation, Marker from, Marker to);
     static void AwaitTranslation(BaseLink& link, AliasTrans* translation);
     static void ForgetLink(BaseLink& link);
+    static void ForgetLinks(AliasTrans& translation);
+    static void Translate(AliasTrans& translation, bool keepOldTargets);
     static HierarchyHelp MakeHierarchyHelp(BaseDocument* document, BaseThread* thread, Int32 buildFlags,
                                            const Matrix& global);
     static BaseDrawHelp MakeDrawHelp(BaseDocument* document);

@@ -58,8 +58,10 @@ bool copyBranches(const NodeCore& from, NodeCore& to, COPYFLAGS flags, AliasTran
     const std::vector<ListCore*> targets = to.Branches();
     const COPYFLAGS below = flags & ~COPYFLAGS_NO_HIERARCHY;
     for (std::size_t i = 0; i < targets.size(); ++i) {
-        if (i >= sources.size()) targets[i]->Flush();
-        else if (!copyChain(*sources[i], *targets[i], below, translation)) return false;
+        if (i >= sources.size())
+            targets[i]->Flush();
+        else if (!copyChain(*sources[i], *targets[i], below, translation))
+            return false;
     }
     return true;
 }
@@ -70,15 +72,15 @@ bool NodeCore::StartData(NodeData* made)
 {
     data = made;
     if (!data) return false;
-    data->node = As<GeListNode>();
-    initialised = data->Init(data->node) != 0;
+    data->attachedNode = As<GeListNode>();
+    initialised = data->Init(data->attachedNode) != 0;
     return initialised;
 }
 
 void NodeCore::EndData()
 {
     if (!data) return;
-    if (initialised) data->Free(data->node);
+    if (initialised) data->Free(data->attachedNode);
     initialised = false;
     DeleteObj(data);
 }
@@ -121,8 +123,8 @@ bool CopyNode(const NodeCore& from, NodeCore& to, COPYFLAGS flags, AliasTrans* t
     }
     if (!from.container.CopyTo(&to.container, flags, translation)) return false;
     if (!from.CopyBodyTo(to, flags, translation)) return false;
-    if (from.data && to.data
-        && !from.data->CopyTo(to.data, from.As<GeListNode>(), to.As<GeListNode>(), flags, translation)) {
+    if (from.data && to.data &&
+        !from.data->CopyTo(to.data, from.As<GeListNode>(), to.As<GeListNode>(), flags, translation)) {
         return false;
     }
     to.Raise(DIRTYFLAGS_DATA);
