@@ -15,8 +15,7 @@ enum {
     IDS_NOT_A_MODEL = 15,         // path
     IDS_LOADER = 16,
     IDS_BROWSER = 17,
-    IDS_BROWSER_HELP = 18,
-    _DUMMY_ELEMENT_
+    IDS_BROWSER_HELP = 18
 };
 
 #endif
