@@ -39,9 +39,9 @@ struct ApplicationOptions {
     Dialogs* dialogs = nullptr;                      // answers questions; null: every question is refused
 };
 
-/// The steps of the end, in order. Nodes are gone after `Documents`, plug-ins are told in `Modules`, and what they
-/// registered is dropped in `Registrations`.
-enum class Ending { Dialogs, Documents, Modules, Registrations };
+/// The steps of the end, in order. Nodes are gone after `Documents`, plug-ins are told in `Modules`, the settings are
+/// stored in `Settings`, and what plug-ins registered is dropped in `Registrations`.
+enum class Ending { Dialogs, Documents, Modules, Settings, Registrations };
 
 /// The state of one subsystem for the time of one application.
 class ApplicationPart {
@@ -61,7 +61,7 @@ public:
     explicit Application(ApplicationOptions told = {});
     Application(const Application&) = delete;
     Application& operator=(const Application&) = delete;
-    /// Joins the worker, goes through the steps of the end, then frees the parts, last made first.
+    /// Goes through the steps of the end, then frees the parts, last made first.
     ~Application();
 
     static bool running();

@@ -48,6 +48,8 @@ private:
     bool changeWaiting = false;
     UInt changeFlags = 0;
     std::vector<CoreMessageReceiver*> receivers; // null where one left during a delivery
+    int rounds = 0;                              // deliveries going on, one inside the other
+    Int32 uniqueId = 0;
 };
 
 } // namespace host

@@ -6,10 +6,8 @@
 
 #include "core/application.h"
 
-#include <condition_variable>
 #include <functional>
-#include <mutex>
-#include <thread>
+#include <memory>
 
 namespace host {
 
@@ -28,8 +26,8 @@ public:
     bool busy() const;
 
 private:
-    struct State;
-    std::unique_ptr<State> state;
+    struct Thread;
+    std::unique_ptr<Thread> thread;
 };
 
 } // namespace host
