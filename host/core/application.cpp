@@ -1,6 +1,5 @@
 #include "core/application.h"
 
-#include "core/native_path.h"
 #include "core/worker.h"
 
 #include <cassert>
@@ -17,7 +16,6 @@ Application::Application(ApplicationOptions options) : told(std::move(options)),
 {
     assert(!runningApplication);
     runningApplication = this;
-    for (const auto& [letter, folder] : told.drives) MapDrive(letter, folder.string());
 }
 
 Application::~Application()
@@ -33,7 +31,6 @@ Application::~Application()
         std::erase_if(partOfType, [this](const auto& entry) { return entry.second == parts.back().get(); });
         parts.pop_back();
     }
-    for (const auto& [letter, folder] : told.drives) MapDrive(letter, {});
     runningApplication = nullptr;
 }
 

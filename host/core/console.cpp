@@ -41,8 +41,3 @@ void StatusSetBar(Int32 p)
 {
     host::changeStatus([p](host::StatusBar& bar) { bar.percent = std::clamp(p, 0, 100); });
 }
-
-void StatusSetSpin()
-{
-    host::changeStatus([](host::StatusBar& bar) { bar.percent = host::StatusBar::kSpinning; });
-}

@@ -10,7 +10,7 @@ namespace host {
 /// Written from any thread, kept on the main thread.
 class StatusBar final : public ApplicationPart {
 public:
-    static constexpr Int32 kNoBar = -1, kSpinning = -2;
+    static constexpr Int32 kNoBar = -1;
 
     std::string text;
     Int32 percent = kNoBar;

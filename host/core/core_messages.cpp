@@ -1,5 +1,7 @@
 #include "core/core_messages.h"
 
+#include "gui.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -76,10 +78,9 @@ void CoreMessages::send(const Message& message)
 
 } // namespace host
 
-Bool SpecialEventAdd(Int32 messageid, UInt p1, UInt p2)
+void SpecialEventAdd(Int32 messageid, UInt p1, UInt p2)
 {
     host::PartOf<host::CoreMessages>().post(messageid, p1, p2);
-    return true;
 }
 
 void EventAdd(EVENT eventflag)

@@ -48,11 +48,6 @@ void MessageDialog(const String& str)
     GeOutString(str, GEMB_OK | GEMB_ICONEXCLAMATION);
 }
 
-Bool QuestionDialog(const String& str)
-{
-    return GeOutString(str, GEMB_YESNO | GEMB_ICONQUESTION) == GEMB_R_YES;
-}
-
 Bool Filename::FileSelect(FILESELECTTYPE type, FILESELECT flags, const String& title, const String& force_suffix)
 {
     const host::FileQuestion question{.type = type,

@@ -4,18 +4,18 @@
 #include "core/application.h"
 #include "lib_net.h"
 
-namespace host {
-
-class FileService {
+class NetRenderService {
 public:
-    virtual ~FileService() = default;
+    virtual ~NetRenderService() = default;
     /// Brings the file here and tells where it is now. False if it cannot be had.
     virtual bool fetch(const Filename& name, Filename& here) = 0;
 };
 
+namespace host {
+
 class Network final : public ApplicationPart {
 public:
-    FileService* service = nullptr; // not owned
+    NetRenderService* service = nullptr; // not owned
 };
 
 } // namespace host

@@ -12,7 +12,9 @@ struct Worker::Thread final : C4DThread {
     std::function<void(BaseThread*)> job;
 };
 
-Worker::Worker() : thread(std::make_unique<Thread>()) {}
+Worker::Worker() : thread(std::make_unique<Thread>())
+{
+}
 
 Worker::~Worker() = default;
 
