@@ -17,6 +17,17 @@ MAY_INCLUDE = {
     "library/vdt/cache": "memory math messages mesh skeleton model file",
     "library/vdt/generate": "memory math messages mesh skeleton model",
     "library/geolib": "",
+    "host/api": "",
+    "host/core": "",
+    "host/module": "core",
+    "host/view": "core",
+    "host/support": "",
+    "source/support": "",
+    "source/geometry": "support",
+    "source/selection": "support",
+    "source/plant": "support geometry selection",
+    "source/viewport": "support plant",
+    "source/shell": "support geometry selection plant viewport",
     "plants/grower": "",
     "plants/species": "grower",
     "app/console": "",
@@ -26,10 +37,17 @@ MAY_INCLUDE = {
     "app/export": "console files lookup",
     "app/convert": "console",
     "app/picture": "export",
-    "app/commands": ". console files lookup inspect export convert picture",
+    "app/host": "console files lookup export",
+    "app/commands": ". console files lookup inspect export convert picture host",
 }
 # Where each target finds what it includes in quotes. The tests and the benchmarks may see everything.
-SEARCHED = {"library": ["library"], "plants": ["plants", "library"], "app": ["app", "library"]}
+SEARCHED = {
+    "library": ["library"],
+    "plants": ["plants", "library"],
+    "host": ["host", "host/api"],
+    "source": ["source", "library", "host/api", "res/description"],
+    "app": ["app", "library", "host", "host/api", "res/description"],
+}
 # In angle brackets the library may name standard headers and zlib alone. <clocale> need not declare newlocale().
 LIBRARY_SYSTEM_HEADER = re.compile(r"[a-z0-9_]+|locale\.h|zlib\.h")
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]')

@@ -1,0 +1,12 @@
+// Parameters of the document.
+#pragma once
+
+enum {
+    DOCUMENT_COLORPROFILE = 2101, // Int32
+    DOCUMENT_COLORPROFILE_SRGB = 0,
+    DOCUMENT_COLORPROFILE_LINEAR = 1,
+    DOCUMENT_COLORPROFILE_DISABLED = 2,
+    DOCUMENT_LINEARWORKFLOW = 2102,        // Bool
+    DOCUMENT_DEFAULTMATERIAL_COLOR = 2112, // Vector
+    DOCUMENT_DOCUNIT = 2117                // UnitScaleData
+};
