@@ -10,10 +10,4 @@ inline OperatingSystem*& g_HostTables = t_C4DOS;
 extern Filename* g_PluginPath;
 
 /// The one export: an action of the host's and its three arguments.
-extern "C"
-#ifdef _WIN32
-    __declspec(dllexport)
-#else
-    __attribute__((visibility("default")))
-#endif
-        Int32 c4d_main(Int32 action, void* p1, void* p2, void* p3);
+extern "C" __attribute__((visibility("default"))) Int32 c4d_main(Int32 action, void* p1, void* p2, void* p3);
