@@ -36,8 +36,8 @@ enum DescriptionGui {
 };
 
 struct DescribedParameter {
-    DescID id;    // its first level has the data type
-    DescID group; // that it stands in; empty at the top
+    DescID id;               // its first level has the data type
+    DescID group;            // that it stands in; empty at the top
     BaseContainer container; // of DESC_ keys; DESC_IDENT has the symbol
 };
 
@@ -58,6 +58,7 @@ struct DescriptionData {
 class StaticDescription {
 public:
     std::string name; // as its file says
+    String title;     // for people
     DescriptionData data;
     SymbolTable symbols; // those of included descriptions among them
 
