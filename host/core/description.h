@@ -96,11 +96,13 @@ private:
         std::filesystem::path folder;
     };
 
+    const StaticDescription* findAnew(Int32 type);
     std::unique_ptr<StaticDescription> load(std::string_view name, const std::filesystem::path& firstFolder);
 
     std::recursive_mutex lock; // a description includes others
     std::vector<std::filesystem::path> folders;
     std::map<Int32, Tie> ties;
+    std::unordered_map<Int32, const StaticDescription*> byType;                   // those that were found
     std::map<std::string, std::unique_ptr<StaticDescription>, std::less<>> known; // null: cannot be read
     std::vector<std::string> underWay; // descriptions that wait for what they include
 };

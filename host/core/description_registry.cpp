@@ -64,7 +64,7 @@ public:
     const StaticDescription* included(std::string_view name) override { return descriptions.find(name, folder); }
     CustomDataTypeClass* dataType(std::string_view keyword) override
     {
-        const Registry* registry = Registry::Current();
+        const Registrations* registry = Registrations::Current();
         const CustomDataClass* found = registry ? registry->FindCustomData(TextOf(keyword)) : nullptr;
         return found ? found->type : nullptr;
     }
@@ -106,9 +106,17 @@ bool Descriptions::tie(Int32 id, std::string_view name, const std::filesystem::p
 const StaticDescription* Descriptions::find(Int32 type)
 {
     const std::lock_guard guard(lock);
+    if (const auto found = byType.find(type); found != byType.end()) return found->second;
+    const StaticDescription* description = findAnew(type);
+    if (description) byType.emplace(type, description);
+    return description;
+}
+
+const StaticDescription* Descriptions::findAnew(Int32 type)
+{
     if (const auto tied = ties.find(type); tied != ties.end()) return find(tied->second.name, tied->second.folder);
 
-    const Registry* registry = Registry::Current();
+    const Registrations* registry = Registrations::Current();
     const NodeClass* nodeClass = registry ? registry->FindClass(type) : nullptr;
     if (nodeClass && nodeClass->description.Content()) return find(Utf8Of(nodeClass->description));
     const std::string_view own = BaseDescriptionName(type);
