@@ -3,6 +3,7 @@
 #include "commands/command.h"
 #include "console/console.h"
 #include "files/input_file.h"
+#include "host/host_scene.h"
 
 #include <limits>
 
@@ -93,6 +94,13 @@ SceneRequest SceneRequestOf(const RequestedPlant& plant, const PlantOptions& opt
             .uniform = options.uniform,
             .details = {options.detail},
             .cloudPoints = options.points};
+}
+
+bool BuildRequestedScene(const RequestedPlant& plant, const PlantOptions& options, const SceneRequest& request,
+                         bool copies, Scene& scene, Console& console)
+{
+    if (copies || !IsBuiltByModule(request)) return BuildScene(request, scene, console);
+    return BuildSceneInHost(request, plant.open.file, options.library, scene, console);
 }
 
 } // namespace verdanth

@@ -21,8 +21,8 @@ Application::Application(ApplicationOptions options) : told(std::move(options)),
 Application::~Application()
 {
     part<Worker>().stop();
-    for (const Ending step :
-         {Ending::Dialogs, Ending::Documents, Ending::Modules, Ending::Settings, Ending::Registrations}) {
+    for (const Ending step : {Ending::Announcement, Ending::Dialogs, Ending::Activity, Ending::Documents,
+                              Ending::Modules, Ending::Settings, Ending::Registrations}) {
         // By index: what is asked for meanwhile is made at the back and needs no ending.
         for (size_t i = parts.size(); i-- > 0;) parts[i]->end(step);
         runTasks();

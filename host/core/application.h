@@ -39,9 +39,16 @@ struct ApplicationOptions {
     Dialogs* dialogs = nullptr;                      // answers questions; null: every question is refused
 };
 
-/// The steps of the end, in order. Nodes are gone after `Documents`, plug-ins are told in `Modules`, the settings are
-/// stored in `Settings`, and what plug-ins registered is dropped in `Registrations`.
-enum class Ending { Dialogs, Documents, Modules, Settings, Registrations };
+/// The steps of the end, in order.
+enum class Ending {
+    Announcement,  // plug-ins hear that the program is about to end
+    Dialogs,       // all windows close
+    Activity,      // plug-ins hear that work is over
+    Documents,     // all nodes go
+    Modules,       // plug-ins end
+    Settings,      // the settings are stored
+    Registrations, // what plug-ins registered is dropped
+};
 
 /// The state of one subsystem for the time of one application.
 class ApplicationPart {
@@ -51,7 +58,7 @@ public:
     ApplicationPart& operator=(const ApplicationPart&) = delete;
     virtual ~ApplicationPart() = default;
 
-    /// Comes once a step, to the part that was made last first. All parts are whole until the last step is over.
+    /// Comes once a step, to the part that was made last first. All parts live until the last step is over.
     virtual void end(Ending) {}
 };
 

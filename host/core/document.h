@@ -42,12 +42,15 @@ inline DocumentCore* CoreOf(const BaseDocument* document)
     return static_cast<DocumentCore*>(NodeCore::Of(document));
 }
 
-/// Gives the node, and with `below` all objects below it, names that no other node of `list` has: " .1", " .2", ...
-/// behind a taken one.
+/// The type of the nodes in `views`. Their container says under kViewProjection what they show at first.
+constexpr Int32 kViewType = 110306;
+constexpr Int32 kViewProjection = 1000; // Pperspective, ...
+
+/// Gives the node and all below it names that no other node of `list` has: " .1", " .2", ... behind a taken one.
 void MakeNamesUnique(const ListCore& list, NodeCore& node);
 
-/// Fills a fresh document: settings, render setting, views, hooks.
-void PrepareDocument(NodeCore& document);
+/// Tells the scene hooks of the node's document, if it is in one, that it was inserted.
+void TellInsertion(NodeCore& node);
 
 /// A copy in which links among copied nodes lead to the copies, told that it is one. The caller's; null on failure.
 BaseDocument* CloneDocument(BaseDocument& document);

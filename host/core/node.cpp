@@ -13,16 +13,6 @@
 namespace host {
 namespace {
 
-constexpr DIRTYFLAGS kDirtyFlags[] = {DIRTYFLAGS_MATRIX,
-                                      DIRTYFLAGS_DATA,
-                                      DIRTYFLAGS_SELECT,
-                                      DIRTYFLAGS_CACHE,
-                                      DIRTYFLAGS_CHILDREN,
-                                      DIRTYFLAGS_DESCRIPTION,
-                                      DIRTYFLAGS_SELECTION_OBJECTS,
-                                      DIRTYFLAGS_SELECTION_TAGS,
-                                      DIRTYFLAGS_SELECTION_MATERIALS};
-
 // Which node has which marker. Lists have none.
 class NodeIndex {
 public:
@@ -93,6 +83,16 @@ Int32 baseOf(NodeKind kind)
 }
 
 } // namespace
+
+const std::array<DIRTYFLAGS, NodeCore::kDirtyKinds> NodeCore::kDirtyFlags = {DIRTYFLAGS_MATRIX,
+                                                                             DIRTYFLAGS_DATA,
+                                                                             DIRTYFLAGS_SELECT,
+                                                                             DIRTYFLAGS_CACHE,
+                                                                             DIRTYFLAGS_CHILDREN,
+                                                                             DIRTYFLAGS_DESCRIPTION,
+                                                                             DIRTYFLAGS_SELECTION_OBJECTS,
+                                                                             DIRTYFLAGS_SELECTION_TAGS,
+                                                                             DIRTYFLAGS_SELECTION_MATERIALS};
 
 NodeCore* FindNode(Marker marker)
 {
@@ -167,45 +167,63 @@ bool NodeCore::Contains(const NodeCore& other) const
     return node != nullptr;
 }
 
+// Puts `child` between two neighbours, either of which may be null, in the place that is set in it already.
+void NodeCore::link(NodeCore& child, NodeCore* predecessor, NodeCore* successor)
+{
+    NodeCore* place = child.up ? child.up : child.list;
+    child.previous = predecessor;
+    child.next = successor;
+    if (predecessor)
+        predecessor->next = &child;
+    else if (place)
+        place->firstChild = &child;
+    if (successor)
+        successor->previous = &child;
+    else if (place)
+        place->lastChild = &child;
+    if (NodeCore* told = child.list ? child.list->owner : child.up) told->OnInserted(child.list, child);
+}
+
 void NodeCore::InsertChild(NodeCore& child, NodeCore* predecessor)
 {
     assert(!child.IsLinked() && !child.Contains(*this));
     assert(!predecessor || predecessor->up == this || predecessor->list == this);
 
-    const bool isList = Kind() == NodeKind::List;
-    if (isList)
+    if (Kind() == NodeKind::List)
         child.list = static_cast<ListCore*>(this);
     else
         child.up = this;
-
-    child.previous = predecessor;
-    child.next = predecessor ? predecessor->next : firstChild;
-    (child.previous ? child.previous->next : firstChild) = &child;
-    (child.next ? child.next->previous : lastChild) = &child;
-
-    if (NodeCore* told = isList ? child.list->owner : this) told->OnInserted(child.list, child);
+    link(child, predecessor, predecessor ? predecessor->next : firstChild);
 }
 
 void NodeCore::InsertBehind(NodeCore& node)
 {
-    NodeCore* place = up ? up : list;
-    if (place) place->InsertChild(node, this);
+    assert(!node.IsLinked() && &node != this);
+    node.up = up;
+    node.list = list;
+    link(node, this, next);
 }
 
 void NodeCore::InsertBefore(NodeCore& node)
 {
-    NodeCore* place = up ? up : list;
-    if (place) place->InsertChild(node, previous);
+    assert(!node.IsLinked() && &node != this);
+    node.up = up;
+    node.list = list;
+    link(node, previous, this);
 }
 
 void NodeCore::Unlink()
 {
     NodeCore* place = up ? up : list;
-    if (!place) return;
-
     ListCore* branch = list;
-    (previous ? previous->next : place->firstChild) = next;
-    (next ? next->previous : place->lastChild) = previous;
+    if (previous)
+        previous->next = next;
+    else if (place)
+        place->firstChild = next;
+    if (next)
+        next->previous = previous;
+    else if (place)
+        place->lastChild = previous;
     next = previous = up = nullptr;
     list = nullptr;
     if (NodeCore* told = branch ? branch->owner : place) told->OnRemoved(branch, *this);
@@ -228,10 +246,21 @@ void NodeCore::Raise(DIRTYFLAGS mask)
     for (std::size_t kind = 0; kind < kDirtyKinds; ++kind) counts[kind] += (mask & kDirtyFlags[kind]) != 0;
 }
 
+std::size_t NodeCore::dirtyKind(DIRTYFLAGS flag)
+{
+    const auto found = std::ranges::find(kDirtyFlags, flag);
+    assert(found != kDirtyFlags.end());
+    return static_cast<std::size_t>(found - kDirtyFlags.begin());
+}
+
 void NodeCore::RaiseBy(DIRTYFLAGS flag, UInt32 amount)
 {
-    const auto kind = std::ranges::find(kDirtyFlags, flag) - kDirtyFlags;
-    counts[static_cast<std::size_t>(kind)] += amount;
+    counts[dirtyKind(flag)] += amount;
+}
+
+UInt32 NodeCore::Stored(DIRTYFLAGS flag) const
+{
+    return counts[dirtyKind(flag)];
 }
 
 UInt32 NodeCore::Dirty(DIRTYFLAGS mask) const

@@ -80,11 +80,12 @@ struct NodeCore {
     NodeCore* Owner() const;
     /// Null while the node belongs to no document; a document belongs to itself.
     DocumentCore* Document() const;
-    bool IsLinked() const { return list || up; }
+    bool IsLinked() const { return list || up || next || previous; }
     /// True if `other` is this node or stands below it.
     bool Contains(const NodeCore& other) const;
 
-    // The three below take a node that stands nowhere. A null predecessor puts it first.
+    // The three below take a node that stands nowhere. A null predecessor puts it first. Beside a node that stands
+    // nowhere itself they form a row without an owner, as the root of a cache has one.
     void InsertChild(NodeCore& child, NodeCore* predecessor);
     void InsertBehind(NodeCore& node);
     void InsertBefore(NodeCore& node);
@@ -161,6 +162,10 @@ struct NodeCore {
 
     static constexpr Int32 kBodyLevel = 1;
 
+    /// All flags that have a count.
+    static constexpr std::size_t kDirtyKinds = 9;
+    static const std::array<DIRTYFLAGS, kDirtyKinds> kDirtyFlags;
+
 protected:
     /// Makes the facade; every kind of core calls it in its constructor, the last call (the most derived) holds.
     template <class Facade> void MakeFacade()
@@ -172,9 +177,12 @@ protected:
     /// The part of a count that is not stored.
     virtual UInt32 DerivedCount(DIRTYFLAGS flag) const;
     void RaiseBy(DIRTYFLAGS flag, UInt32 amount);
+    /// The stored part.
+    UInt32 Stored(DIRTYFLAGS flag) const;
 
 private:
-    static constexpr std::size_t kDirtyKinds = 9;
+    static std::size_t dirtyKind(DIRTYFLAGS flag);
+    void link(NodeCore& child, NodeCore* predecessor, NodeCore* successor);
 
     Marker marker;
     std::array<UInt32, kDirtyKinds> counts;

@@ -21,6 +21,11 @@
 
 namespace host {
 
+// Info flags of tags.
+constexpr Int32 kTagVisible = 1 << 0;
+constexpr Int32 kTagMultiple = 1 << 1;
+constexpr Int32 kTagHierarchical = 1 << 2;
+
 using NodeMaker = std::unique_ptr<NodeCore> (*)(const NodeClass&);
 
 /// The usual maker of a kind of core.

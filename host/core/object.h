@@ -2,14 +2,13 @@
 #pragma once
 
 #include "c4d_baseobject.h"
+#include "c4d_basetag.h"
 #include "core/node.h"
 
 namespace host {
 
 struct ObjectCore : NodeCore {
     explicit ObjectCore(const NodeClass& nodeClass);
-    ~ObjectCore() override;
-
     // Matrices. The local one is kept as it was set; position, scale and angles follow it, so that angles beyond a full
     // turn survive as long as they are set as such.
 
@@ -18,7 +17,11 @@ struct ObjectCore : NodeCore {
     Matrix Global() const;
     Matrix ParentGlobal() const;
     void SetLocal(const Matrix& matrix);
-    void SetCoordinates(const Vector& newPosition, const Vector& newScale, const Vector& newRotation);
+    void SetPosition(const Vector& newPosition);
+    void SetScale(const Vector& newScale);
+    void SetRotation(const Vector& hpb);
+    const Vector& Scale() const { return scale; }
+    const Vector& Rotation() const { return rotation; }
 
     // Caches. An object owns both; the root of a cache has no parent, its siblings and children belong to it.
 
@@ -42,20 +45,14 @@ struct ObjectCore : NodeCore {
     std::vector<ListCore*> Branches() const override;
     bool GetBuiltIn(Int32 id, GeData& whole) const override;
     bool SetBuiltIn(Int32 id, const GeData& whole) override;
-    void OnMessage(Int32 type, void* data) override;
     bool CopyBodyTo(NodeCore& copy, COPYFLAGS flags, AliasTrans* translation) const override;
     bool WriteBody(HyperFile& file) const override;
     bool ReadBody(HyperFile& file, Int32 level) override;
     void OnInserted(ListCore* branch, NodeCore& node) override;
     void OnRemoved(ListCore* branch, NodeCore& node) override;
+    UInt32 ContentCount() const override;
 
     mutable ListCore tags{this};
-    Vector position;
-    Vector scale{1};
-    Vector rotation; // HPB
-    Vector frozenPosition;
-    Vector frozenScale{1};
-    Vector frozenRotation;
     Int32 editorMode = MODE_UNDEF;
     Int32 renderMode = MODE_UNDEF;
     bool deformMode = true; // the generator switch
@@ -71,23 +68,24 @@ protected:
     UInt32 DerivedCount(DIRTYFLAGS flag) const override;
 
 private:
-    void raiseMatrix();
+    void moved();
+    void inheritMove();
+    void rebuildLocal();
 
     Matrix local;
+    Vector scale{1};
+    Vector rotation; // HPB
     ObjectCore* cache = nullptr;
     ObjectCore* deformCache = nullptr;
-    ObjectCore* cacheOwner = nullptr; // set on the root of a cache and on its siblings
-    UInt32 inheritedMoves = 0;        // times that something above was moved
-    std::array<UInt32, 9> noted{};    // counts at the last Touch, by dirty kind
+    ObjectCore* cacheOwner = nullptr;        // set on the root of a cache and on its siblings
+    UInt32 inheritedMoves = 0;               // times that something above was moved
+    std::array<UInt32, kDirtyKinds> noted{}; // counts at the last Touch
 };
 
 struct TagCore : NodeCore {
     explicit TagCore(const NodeClass& nodeClass);
 
     ObjectCore* Object() const;
-
-    /// What CopyTagsTo and PolygonObject::ResizeObject ask.
-    virtual bool IsVariable() const { return false; }
 };
 
 inline ObjectCore* CoreOf(const BaseObject* object)
