@@ -127,6 +127,8 @@ void Modules::start()
     send(C4DPL_STARTACTIVITY, nullptr);
     buildMenus();
     send(C4DPL_PROGRAM_STARTED, nullptr);
+    C4DPL_CommandLineArgs none = {.argc = 0, .argv = nullptr}; // the program's own arguments are its own affair
+    send(C4DPL_COMMANDLINEARGS, &none);
 }
 
 void Modules::buildMenus()
