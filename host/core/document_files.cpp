@@ -91,7 +91,9 @@ MergeAnswer askBeforeMerge(DocumentCore& document, const Filename& name)
 class ProjectFiles {
 public:
     ProjectFiles(DocumentCore& saved, const Filename& projectFolder, ProjectReport& told)
-        : document(saved), folder(projectFolder), report(told)
+        : document(saved),
+          folder(projectFolder),
+          report(told)
     {
     }
 
@@ -150,8 +152,8 @@ BaseDocument* ReadDocument(const Filename& name, SCENEFILTER flags)
 BaseDocument* OpenDocument(const Filename& name)
 {
     StopAllThreads();
-    BaseDocument* document = ReadDocument(name, SCENEFILTER_OBJECTS | SCENEFILTER_MATERIALS | SCENEFILTER_DIALOGSALLOWED
-                                                    | SCENEFILTER_PROGRESSALLOWED);
+    BaseDocument* document = ReadDocument(name, SCENEFILTER_OBJECTS | SCENEFILTER_MATERIALS |
+                                                    SCENEFILTER_DIALOGSALLOWED | SCENEFILTER_PROGRESSALLOWED);
     if (!document) return nullptr;
     InsertBaseDocument(document);
     SetActiveDocument(document);
