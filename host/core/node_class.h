@@ -137,6 +137,7 @@ void EnterNodeClasses(Registrations& registry);     // objects and tags without 
 void EnterMaterialClasses(Registrations& registry); // materials, shaders, render settings
 void EnterGeometryClasses(Registrations& registry); // point and polygon objects, tags with data
 void EnterDocumentClasses(Registrations& registry); // documents, unit scales
+void EnterViewClasses(Registrations& registry);     // views, cameras
 
 /// Stand-ins for what renderers would register: without data of their own, parameters in the container.
 bool EnterMaterialPlugin(Int32 id, const String& name);

@@ -123,8 +123,8 @@ bool Cache::ensureVariantLoaded(uint64_t slot, uint64_t variant, MessageHandler&
     if (variant >= variants.size()) return false;
 
     ModelVariant& wanted = variants[variant];
-    if (wanted.extref.empty()) return !wanted.geometryDropped || reload(wanted, variant, entries[slot].path, handler);
-    if (!wanted.skeleton.isEmpty()) return true;
+    if (wanted.hasGeometry()) return true;
+    if (wanted.extref.empty()) return reload(wanted, variant, entries[slot].path, handler);
     return wanted.expand(handler, pathMapper) && wanted.skeleton.ComputeWeights() &&
            wanted.skeleton.ComputeOrientations();
 }

@@ -28,6 +28,7 @@ bool ModelVariant::expand(MessageHandler& handler, const PathMapper* mapper)
         qualifiers = std::move(source.qualifiers);
         defaultQualifier = source.defaultQualifier;
     }
+    wasExpanded = true;
     return true;
 }
 

@@ -51,6 +51,13 @@ struct ModelVariant {
 
     /// True once releaseGeometry() has taken geometry that no extref can bring back.
     bool geometryDropped = false;
+    /// True once expand() has succeeded.
+    bool wasExpanded = false;
+
+    /// True if skeleton and meshes are in memory.
+    bool hasGeometry() const { return extref.empty() ? !geometryDropped : !skeleton.isEmpty(); }
+    /// False for a stub whose own file may list qualifiers that the main file does not.
+    bool qualifiersKnown() const { return extref.empty() || wasExpanded || !qualifiers.empty(); }
 
     /// Reads the geometry of a stub: the first variant of the file that `extref`, through the mapper if there is one,
     /// names. Takes over its skeleton, meshes, file info and, if it has some, its qualifiers. False, with the reason
