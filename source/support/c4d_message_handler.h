@@ -6,13 +6,8 @@
 
 class C4dMessageHandler final : public vdt::MessageHandler {
 public:
-    /// `thread` is the host's thread that does the work, null if nobody can stop it. With `showDialogs` errors come up
-    /// in boxes, which is for the main thread only.
-    explicit C4dMessageHandler(BaseThread* thread = nullptr, Bool showDialogs = false)
-        : thread(thread),
-          showDialogs(showDialogs)
-    {
-    }
+    C4dMessageHandler() = default;
+    C4dMessageHandler(BaseThread* runsOn, Bool mayAsk) : thread(runsOn), showDialogs(mayAsk) {}
 
     void endProgress() override;
     void beginProgress(std::string_view text) override;
@@ -23,6 +18,6 @@ public:
     void debug(std::string_view) override {}
     bool isCancelled() override;
 
-    BaseThread* thread;
-    Bool showDialogs;
+    BaseThread* thread = nullptr; // the host's, which does the work; null: nobody can stop it
+    Bool showDialogs = false;     // errors come up in boxes: for the main thread only
 };
