@@ -2,6 +2,7 @@
 #pragma once
 
 #include "export/scene_builder.h"
+#include "host/plant_object.h"
 #include "lookup/open_plant.h"
 
 #include <CLI/CLI.hpp>
@@ -30,8 +31,12 @@ struct RequestedPlant {
     std::string season;
 };
 
-/// Adds the plant itself and the options that choose it and its parts.
+/// Adds the plant itself and the options that choose it and its parts: those that a plant object keeps.
+void AddPlantObjectOptions(CLI::App& command, PlantOptions& options);
+/// The same, and what else may stand for the plant.
 void AddPlantOptions(CLI::App& command, PlantOptions& options);
+/// Adds --display; the proxy is the default.
+void AddDisplayOption(CLI::App& command, PlantDisplay& display);
 
 /// Opens the plant and loads the variant. False, with the error told, if that fails or the user cancels.
 bool LoadRequestedPlant(const PlantOptions& options, RequestedPlant& plant, Console& console);

@@ -43,6 +43,17 @@ vdt::Box boxOf(PolygonObject& corners)
 
 } // namespace
 
+PlantSettings SettingsOf(const SceneRequest& request, const std::string& file)
+{
+    return {.file = file,
+            .variant = static_cast<uint64_t>(&request.variant - request.model.variants.data()),
+            .qualifier = qualifierOf(request),
+            .subdivisionLevel = request.details.front().subdivisionLevel,
+            .uniform = request.uniform,
+            .reduction = request.details.front().reduction,
+            .display = displayOf(request.form)};
+}
+
 bool IsBuiltByModule(const SceneRequest& request)
 {
     return request.form == PlantForm::Full || request.form == PlantForm::Proxy || request.form == PlantForm::Box;
@@ -70,11 +81,7 @@ bool BuildSceneInHost(const SceneRequest& request, const std::string& file, cons
     if (request.form != PlantForm::Full && request.details.front() != PlantDetail())
         console.warning("only the full plant is reduced and rounded; its lighter forms are made of all of it");
     const double meters = MetersPerUnit(request.model.unit);
-    PlantSettings settings{.file = file,
-                           .variant = static_cast<uint64_t>(&request.variant - request.model.variants.data()),
-                           .qualifier = qualifierOf(request),
-                           .uniform = request.uniform,
-                           .display = displayOf(request.form)};
+    PlantSettings settings = SettingsOf(request, file);
     const OwnDocument document;
     BaseObject* plant = document ? AddPlant(*document.get(), settings, meters) : nullptr;
     if (!plant) {

@@ -8,6 +8,9 @@ namespace verdanth {
 
 class Console;
 
+/// The settings that make a plant object build the request's first level of detail.
+PlantSettings SettingsOf(const SceneRequest& request, const std::string& file);
+
 /// True if a plant object makes this form, as one mesh: the full plant, its proxy and its box.
 bool IsBuiltByModule(const SceneRequest& request);
 

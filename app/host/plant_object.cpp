@@ -9,9 +9,6 @@
 namespace verdanth {
 namespace {
 
-constexpr Int32 kPlantObject = 1028605;
-constexpr Int32 kSelectionFile = 1001; // a part of the selection
-
 bool set(BaseObject& plant, const DescID& id, const GeData& value)
 {
     return plant.SetParameter(id, value, DESCFLAGS_SET_0);

@@ -9,6 +9,10 @@
 
 namespace verdanth {
 
+constexpr Int32 kPlantObject = 1028605; // the type of plant objects
+constexpr Int32 kSelectionFile = 1001;  // the part of PLANT_SELECTION that names the model file
+constexpr int32_t kNoMaterial = -1;
+
 /// What a viewport shows of a plant; the values of its display parameter.
 enum class PlantDisplay { Proxy = 0, Box = 1, Cloud = 2, Full = 3 };
 
@@ -40,7 +44,5 @@ PolygonObject* BuiltMesh(BaseObject& object);
 /// world: points, texture coordinates, normals and, by the selections "MAT" n, material ids. Polygons outside of all
 /// such selections get `kNoMaterial`.
 void WriteMesh(PolygonObject& mesh, const Matrix& matrix, vdt::MeshOutputAccessor& output);
-
-constexpr int32_t kNoMaterial = -1;
 
 } // namespace verdanth

@@ -216,8 +216,7 @@ CONTAINER Mmaterial
 
     {"Xbase", R"(
 CONTAINER Xbase { NAME Xbase; INCLUDE Obaselist; GROUP ID_SHADERPROPERTIES { DEFAULT 1; } })",
-     "enum { ID_SHADERPROPERTIES = 805 };",
-     R"(STRINGTABLE Xbase { Xbase "Shader"; ID_SHADERPROPERTIES "Shader"; })",
+     "enum { ID_SHADERPROPERTIES = 805 };", R"(STRINGTABLE Xbase { Xbase "Shader"; ID_SHADERPROPERTIES "Shader"; })",
      R"(STRINGTABLE Xbase { Xbase "Shader"; ID_SHADERPROPERTIES "Shader"; })"},
 
     {"Xbitmap", R"(
@@ -294,9 +293,9 @@ struct TypeName {
 };
 
 constexpr TypeName kNamesOfTypes[] = {
-    {Tbaselist2d, "Obaselist"}, {Oinstance, "Oinstance"},  {Oxref, "Oxref"},         {Tphong, "Tphong"},
-    {Ttexture, "Ttexture"},     {Mmaterial, "Mmaterial"},  {Xbitmap, "Xbitmap"},     {Tbasedocument, "Dbasedocument"},
-    {Rbase, "Drendersettings"}, {Olayer, "Obaselist"},     {Mbase, "Mbase"},         {Xbase, "Xbase"},
+    {Tbaselist2d, "Obaselist"}, {Oinstance, "Oinstance"}, {Oxref, "Oxref"},     {Tphong, "Tphong"},
+    {Ttexture, "Ttexture"},     {Mmaterial, "Mmaterial"}, {Xbitmap, "Xbitmap"}, {Tbasedocument, "Dbasedocument"},
+    {Rbase, "Drendersettings"}, {Olayer, "Obaselist"},    {Mbase, "Mbase"},     {Xbase, "Xbase"},
     {Fbase, "Fbase"},           {VPbase, "Obaselist"},
 };
 

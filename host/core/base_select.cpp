@@ -1,7 +1,6 @@
 // Runs ascend and neither overlap nor touch. Meshes are selected in ascending order for the most part, which only ever
 // looks at the last run.
 #include "c4d_baseselect.h"
-
 #include "c4d_file.h"
 #include "core/selection_record.h"
 

@@ -36,8 +36,8 @@ enum DescriptionGui {
 };
 
 struct DescribedParameter {
-    DescID id;    // its first level has the data type
-    DescID group; // that it stands in; empty at the top
+    DescID id;               // its first level has the data type
+    DescID group;            // that it stands in; empty at the top
     BaseContainer container; // of DESC_ keys; DESC_IDENT has the symbol
 };
 
@@ -58,6 +58,7 @@ struct DescriptionData {
 class StaticDescription {
 public:
     std::string name; // as its file says
+    String title;     // for people
     DescriptionData data;
     SymbolTable symbols; // those of included descriptions among them
 
@@ -95,11 +96,13 @@ private:
         std::filesystem::path folder;
     };
 
+    const StaticDescription* findAnew(Int32 type);
     std::unique_ptr<StaticDescription> load(std::string_view name, const std::filesystem::path& firstFolder);
 
     std::recursive_mutex lock; // a description includes others
     std::vector<std::filesystem::path> folders;
     std::map<Int32, Tie> ties;
+    std::unordered_map<Int32, const StaticDescription*> byType;                   // those that were found
     std::map<std::string, std::unique_ptr<StaticDescription>, std::less<>> known; // null: cannot be read
     std::vector<std::string> underWay; // descriptions that wait for what they include
 };

@@ -3,6 +3,8 @@
 
 #include "core/description.h"
 
+class CustomDataTypeClass;
+
 namespace host {
 
 struct DescriptionSource {
@@ -19,8 +21,8 @@ public:
     virtual const StaticDescription* included(std::string_view) { return nullptr; }
     /// The type whose elements have this keyword; null if there is none.
     virtual CustomDataTypeClass* dataType(std::string_view) { return nullptr; }
-    /// The GUI of this name; 0 if there is none.
-    virtual Int32 gui(std::string_view) { return 0; }
+    /// The GUI of this name, if there is one.
+    virtual std::optional<Int32> gui(std::string_view) { return {}; }
 };
 
 /// Null if there is no layout in the text, or an included description is missing. All other faults cost no more than

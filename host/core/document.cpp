@@ -158,13 +158,13 @@ void TellInsertion(NodeCore& node)
     DocumentCore* document = node.Document();
     if (!document) return;
     document->changed = true;
-    DocumentInfoData info;
-    if (node.Kind() == NodeKind::Object) info.type = MSG_DOCUMENTINFO_TYPE_OBJECT_INSERT;
-    else if (node.Kind() == NodeKind::Tag) info.type = MSG_DOCUMENTINFO_TYPE_TAG_INSERT;
-    else if (node.Kind() == NodeKind::Material) info.type = MSG_DOCUMENTINFO_TYPE_MATERIAL_INSERT;
-    else return;
+
+    Int32 type = MSG_DOCUMENTINFO_TYPE_OBJECT_INSERT;
+    if (node.Kind() == NodeKind::Tag) type = MSG_DOCUMENTINFO_TYPE_TAG_INSERT;
+    if (node.Kind() == NodeKind::Material) type = MSG_DOCUMENTINFO_TYPE_MATERIAL_INSERT;
+    DocumentInfoData info = DocumentInfo(*document, type);
     info.bl = node.As<BaseList2D>();
-    SendDocumentInfoToHooks(*document, info);
+    SendToHooks(*document, MSG_DOCUMENTINFO, &info);
 }
 
 BaseDocument* CloneDocument(BaseDocument& document)

@@ -49,7 +49,7 @@ constexpr Int32 kViewProjection = 1000; // Pperspective, ...
 /// Gives the node and all below it names that no other node of `list` has: " .1", " .2", ... behind a taken one.
 void MakeNamesUnique(const ListCore& list, NodeCore& node);
 
-/// Tells the scene hooks of the node's document, if it is in one, that it was inserted.
+/// Tells the scene hooks of the node's document, if it is in one, that an object, tag or material was inserted.
 void TellInsertion(NodeCore& node);
 
 /// A copy in which links among copied nodes lead to the copies, told that it is one. The caller's; null on failure.

@@ -16,13 +16,6 @@ void sendToEach(const std::vector<NodeCore*>& nodes, Int32 type, void* data)
     }
 }
 
-void complete(DocumentInfoData& info, DocumentCore& document)
-{
-    info.doc = document.As<BaseDocument>();
-    info.fileformat = kSceneFormat;
-    info.gui_allowed = HasUserInterface();
-}
-
 } // namespace
 
 bool HasUserInterface()
@@ -42,18 +35,31 @@ void SendToNodes(DocumentCore& document, Int32 type, void* data)
     sendToEach(NodesOf(document), type, data);
 }
 
+DocumentInfoData DocumentInfo(DocumentCore& document, Int32 type)
+{
+    DocumentInfoData info;
+    info.type = type;
+    info.fileformat = kSceneFormat;
+    info.doc = document.As<BaseDocument>();
+    info.gui_allowed = HasUserInterface();
+    return info;
+}
+
+void SendDocumentInfo(DocumentCore& document, Int32 type)
+{
+    SendDocumentInfo(document, DocumentInfo(document, type));
+}
+
 void SendDocumentInfo(DocumentCore& document, DocumentInfoData info)
 {
-    complete(info, document);
     SendToNodes(document, MSG_DOCUMENTINFO, &info);
 }
 
-void SendDocumentInfoToHooks(DocumentCore& document, DocumentInfoData info)
+void SendToHooks(DocumentCore& document, Int32 type, void* data)
 {
-    complete(info, document);
     std::vector<NodeCore*> hooks;
     for (NodeCore* hook = document.hooks.firstChild; hook; hook = hook->next) hooks.push_back(hook);
-    sendToEach(hooks, MSG_DOCUMENTINFO, &info);
+    sendToEach(hooks, type, data);
 }
 
 } // namespace host

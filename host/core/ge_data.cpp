@@ -112,7 +112,7 @@ GeData::GeData(const BaseContainer& value) : type(DA_CONTAINER), held(holding(va
 
 GeData::GeData(const BaseLink* value) : type(DA_ALIASLINK), held(std::make_unique<GeValue>())
 {
-    if (value) held->link = *value;
+    if (value) value->CopyTo(&held->link, COPYFLAGS_0, nullptr);
 }
 
 GeData::GeData(BaseList2D* target) : type(DA_ALIASLINK), held(std::make_unique<GeValue>())
@@ -321,10 +321,7 @@ Bool GeData::CopyData(GeData* destination, AliasTrans* trans) const
     } else if (type == DA_ALIASLINK) {
         copy.held = std::make_unique<GeValue>();
         // A translation keeps the address of the copy, which stays: the value moves with what it holds.
-        if (!trans)
-            copy.held->link = held->link;
-        else if (!held->link.CopyTo(&copy.held->link, COPYFLAGS_0, trans))
-            return false;
+        if (!held->link.CopyTo(&copy.held->link, COPYFLAGS_0, trans)) return false;
     } else if (held && held->custom) {
         copy.held = GeValue::OfCustomType(type);
         CustomDataTypeClass* registered = host::FindCustomDataType(type);

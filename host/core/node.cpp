@@ -68,20 +68,6 @@ const NodeClass& listClass()
     return made;
 }
 
-// What every node of the kind is an instance of.
-Int32 baseOf(NodeKind kind)
-{
-    switch (kind) {
-    case NodeKind::Object: return Obase;
-    case NodeKind::Tag: return Tbase;
-    case NodeKind::Material: return Mbase;
-    case NodeKind::Shader: return Xbase;
-    case NodeKind::VideoPost: return VPbase;
-    case NodeKind::SceneLoader: return Fbase;
-    default: return Tbaselist2d;
-    }
-}
-
 } // namespace
 
 const std::array<DIRTYFLAGS, NodeCore::kDirtyKinds> NodeCore::kDirtyFlags = {DIRTYFLAGS_MATRIX,
@@ -93,6 +79,19 @@ const std::array<DIRTYFLAGS, NodeCore::kDirtyKinds> NodeCore::kDirtyFlags = {DIR
                                                                              DIRTYFLAGS_SELECTION_OBJECTS,
                                                                              DIRTYFLAGS_SELECTION_TAGS,
                                                                              DIRTYFLAGS_SELECTION_MATERIALS};
+
+Int32 BaseTypeOf(NodeKind kind)
+{
+    switch (kind) {
+    case NodeKind::Object: return Obase;
+    case NodeKind::Tag: return Tbase;
+    case NodeKind::Material: return Mbase;
+    case NodeKind::Shader: return Xbase;
+    case NodeKind::VideoPost: return VPbase;
+    case NodeKind::SceneLoader: return Fbase;
+    default: return Tbaselist2d;
+    }
+}
 
 NodeCore* FindNode(Marker marker)
 {
@@ -124,7 +123,7 @@ Int32 NodeCore::Type() const
 bool NodeCore::IsInstanceOf(Int32 type) const
 {
     if (type == Type() || type == Tgelistnode) return true;
-    if (Kind() != NodeKind::List && (type == Tbaselist2d || type == baseOf(Kind()))) return true;
+    if (Kind() != NodeKind::List && (type == Tbaselist2d || type == BaseTypeOf(Kind()))) return true;
     if (std::ranges::find(nodeClass->bases, type) != nodeClass->bases.end()) return true;
     return data && data->IsInstanceOf(As<GeListNode>(), type);
 }
@@ -239,6 +238,11 @@ ListCore& NodeCore::Shaders()
 {
     if (!shaders) shaders = std::make_unique<ListCore>(this);
     return *shaders;
+}
+
+NodeCore* NodeCore::FirstShader() const
+{
+    return shaders ? shaders->firstChild : nullptr;
 }
 
 void NodeCore::Raise(DIRTYFLAGS mask)

@@ -96,6 +96,7 @@ struct NodeCore {
     virtual std::vector<ListCore*> Branches() const;
     /// The list of shaders, made when it is first asked for.
     ListCore& Shaders();
+    NodeCore* FirstShader() const;
     /// What stands above this node in drawing and evaluation although it is no parent: the owner of a cache. Null
     /// mostly.
     virtual NodeCore* CacheParent() const { return nullptr; }
@@ -207,6 +208,9 @@ struct ListCore : NodeCore {
 
     NodeCore* owner;
 };
+
+/// What every node of the kind is an instance of: Obase, Tbase, ...
+Int32 BaseTypeOf(NodeKind kind);
 
 /// The core behind a facade; null for null.
 inline NodeCore* CoreOf(const C4DAtom* atom)

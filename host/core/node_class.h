@@ -127,6 +127,7 @@ void EnterNodeClasses(Registrations& registry);     // lists, null and instance 
 void EnterMaterialClasses(Registrations& registry); // materials, shaders, layers, render settings, layer sets
 void EnterGeometryClasses(Registrations& registry); // point and polygon objects, tags with data
 void EnterDocumentClasses(Registrations& registry); // documents, unit scales
+void EnterViewClasses(Registrations& registry);     // views, cameras
 
 /// Stand-ins for what renderers would register: without data of their own, parameters in the container.
 bool EnterMaterialPlugin(Int32 id, const String& name);

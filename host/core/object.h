@@ -64,6 +64,8 @@ struct ObjectCore : NodeCore {
     BUILDFLAGS builtFlags = BUILDFLAGS_0;
     Float builtDetail = -1;
 
+    UInt32 shownState = 0; // of an instance: the state of its target when its cache was made
+
 protected:
     UInt32 DerivedCount(DIRTYFLAGS flag) const override;
 

@@ -15,7 +15,7 @@ constexpr int kDeepestNesting = 64;
 // A statement takes some fifty times the memory of its shortest text, so their number is limited, not the file's size.
 constexpr size_t kMostStatements = 100'000;
 
-std::string quoted(std::string_view text)
+std::string inQuotes(std::string_view text)
 {
     constexpr size_t kLongestQuote = 40;
     if (text.size() <= kLongestQuote) return "\"" + std::string(text) + "\"";
@@ -24,7 +24,7 @@ std::string quoted(std::string_view text)
 
 std::string nameOf(const Token& token)
 {
-    return token.kind == Kind::End ? "the file's end" : quoted(token.text);
+    return token.kind == Kind::End ? "the file's end" : inQuotes(token.text);
 }
 
 // Leaves the lexer before the next of `stops`, which is at the same depth of braces, or at the end.
@@ -88,7 +88,7 @@ private:
         lexer.next();
         if (lexer.take('=') && !parseValue(nextValue)) return;
         if (nextValue > std::numeric_limits<int32_t>::max()) {
-            return lexer.fault(symbol.line, "counting has left the range of 32 bits at " + quoted(symbol.text));
+            return lexer.fault(symbol.line, "counting has left the range of 32 bits at " + inQuotes(symbol.text));
         }
         enter(symbol, static_cast<int32_t>(nextValue));
         ++nextValue;
@@ -115,7 +115,7 @@ private:
     {
         const auto [place, isNew] = table.values.emplace(symbol.text, value);
         if (isNew) table.inOrder.push_back(symbol.text);
-        if (place->second != value) lexer.fault(symbol.line, quoted(symbol.text) + " has another number already");
+        if (place->second != value) lexer.fault(symbol.line, inQuotes(symbol.text) + " has another number already");
     }
 
     ResourceLexer lexer;
@@ -184,7 +184,7 @@ private:
                 lexer.take('}');
             }
         } else if (lexer.peek().isMark('}')) {
-            lexer.fault(statement.line, "expected \";\" behind " + quoted(statement.keyword));
+            lexer.fault(statement.line, "expected \";\" behind " + inQuotes(statement.keyword));
         } else {
             lexer.expect(';');
         }
@@ -211,7 +211,7 @@ void parseStringEntry(ResourceLexer& lexer, StringTable& table)
     const Token symbol = lexer.next();
     const Token text = lexer.peek();
     if (text.kind != Kind::Text) {
-        lexer.fault(text.line, quoted(symbol.text) + " has no text");
+        lexer.fault(text.line, inQuotes(symbol.text) + " has no text");
         skipTo(lexer, ";}");
         lexer.take(';');
         return;

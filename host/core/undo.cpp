@@ -85,7 +85,7 @@ NodeCore* listOf(NodeCore& node, std::size_t branch)
 class Restorer {
 public:
     /// Whatever is taken out is added to `taken`.
-    explicit Restorer(std::vector<Marker>& taken) : taken(taken) {}
+    explicit Restorer(std::vector<Marker>& collected) : taken(collected) {}
 
     void restore(NodeCore& node, const NodeState& state)
     {
@@ -278,7 +278,7 @@ void UndoStack::afterSwap(Int32 message)
     std::erase_if(document.selection, [](Marker marker) { return !FindNode(marker); });
     document.Raise(DIRTYFLAGS_SELECTION_OBJECTS | DIRTYFLAGS_SELECTION_TAGS | DIRTYFLAGS_SELECTION_MATERIALS);
     document.changed = true;
-    SendDocumentInfo(document, {.type = message});
+    SendDocumentInfo(document, message);
     EventAdd();
 }
 

@@ -1,9 +1,7 @@
 // Lengths between documents of different units, and colours between the two spaces that a document can be in.
 #include "c4d.h"
 #include "customgui_unitscale.h"
-#include "core/document.h"
 
-#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -35,13 +33,6 @@ double metresOf(const UnitScaleData* data)
     return scale * metresOf(unit);
 }
 
-const UnitScaleData* unitOf(BaseDocument* document)
-{
-    if (!document) return nullptr;
-    const BaseContainer* settings = document->GetDataInstance();
-    return static_cast<const UnitScaleData*>(settings->GetCustomDataType(DOCUMENT_DOCUNIT, CUSTOMDATATYPE_UNITSCALE));
-}
-
 double toLinear(double value)
 {
     return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
@@ -60,11 +51,6 @@ Float CalculateTranslationScale(const UnitScaleData* src, const UnitScaleData* d
     return std::isfinite(factor) && factor > 0.0 ? factor : 1.0; // scales at the ends of the number range
 }
 
-Float CalculateTranslationScale(BaseDocument* sdoc, BaseDocument* ddoc)
-{
-    return CalculateTranslationScale(unitOf(sdoc), unitOf(ddoc));
-}
-
 Vector TransformColor(const Vector& input, COLORSPACETRANSFORMATION colortransformation)
 {
     switch (colortransformation) {
@@ -75,27 +61,4 @@ Vector TransformColor(const Vector& input, COLORSPACETRANSFORMATION colortransfo
         return Vector(toLinear(input.x), toLinear(input.y), toLinear(input.z));
     default: return input;
     }
-}
-
-Vector RGBToHSV(const Vector& col)
-{
-    const double value = std::max({col.x, col.y, col.z});
-    const double range = value - std::min({col.x, col.y, col.z});
-    if (!(range > 0.0)) return Vector(0.0, 0.0, value);
-
-    double sixth = 0.0;
-    if (col.x == value) sixth = (col.y - col.z) / range;
-    else if (col.y == value) sixth = 2.0 + (col.z - col.x) / range;
-    else sixth = 4.0 + (col.x - col.y) / range;
-    return Vector(sixth < 0.0 ? sixth / 6.0 + 1.0 : sixth / 6.0, value != 0.0 ? range / value : 0.0, value);
-}
-
-Vector HSVToRGB(const Vector& col)
-{
-    const double turn = std::isfinite(col.x) ? (col.x - std::floor(col.x)) * 6.0 : 0.0;
-    const auto channel = [&](double offset) {
-        const double position = std::fmod(offset + turn, 6.0);
-        return col.z - col.z * col.y * std::clamp(std::min(position, 4.0 - position), 0.0, 1.0);
-    };
-    return Vector(channel(5.0), channel(3.0), channel(1.0));
 }

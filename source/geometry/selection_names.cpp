@@ -1,12 +1,17 @@
 #include "geometry/selection_names.h"
 
 #include "oxref.h"
+#include "support/text.h"
 #include "ttexture.h"
+
+#include <charconv>
+#include <string>
+#include <string_view>
 
 namespace {
 
-const Char* const kMaterial = "MAT";
-const Char* const kSeparator = "::";
+constexpr std::string_view kMaterial = "MAT";
+constexpr const Char* kSeparator = "::";
 
 String stringParameter(C4DAtom& atom, Int32 id)
 {
@@ -20,23 +25,11 @@ Bool beginsWith(const String& text, const String& beginning)
     return text.GetLength() >= beginning.GetLength() && text.Left(beginning.GetLength()) == beginning;
 }
 
-// The host's own parser takes white space, units and calculations; names are compared with what we wrote ourselves.
-Bool parseWholeNumber(const String& text, Int32& number)
+// The host's own parser takes white space, units and calculations; these names are ours.
+bool parseWholeNumber(std::string_view text, Int32& number)
 {
-    const Bool negative = text.GetLength() > 0 && text[0] == '-';
-    const Int start = negative ? 1 : 0;
-    const Int64 limit = negative ? -static_cast<Int64>(LIMIT<Int32>::MIN) : LIMIT<Int32>::MAX;
-    if (text.GetLength() == start) return false;
-
-    Int64 amount = 0;
-    for (Int i = start; i < text.GetLength(); ++i) {
-        const Utf32Char digit = text[i];
-        if (digit < '0' || digit > '9') return false;
-        amount = 10 * amount + static_cast<Int64>(digit - '0');
-        if (amount > limit) return false;
-    }
-    number = static_cast<Int32>(negative ? -amount : amount);
-    return true;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    return error == std::errc() && end == text.data() + text.size();
 }
 
 // What the object hangs on: its parent or, at the top of a cache, the object that made it.
@@ -50,15 +43,15 @@ BaseObject* above(BaseObject* object)
 
 String MaterialSelectionName(Int32 material)
 {
-    return String(kMaterial) + String::IntToString(material);
+    return ToHostString(kMaterial) + String::IntToString(material);
 }
 
 Int32 MaterialIdOfName(const String& name)
 {
-    const String beginning(kMaterial);
+    const std::string text = ToUtf8(name);
     Int32 material = -1;
-    if (!beginsWith(name, beginning)) return -1;
-    return parseWholeNumber(name.Right(name.GetLength() - beginning.GetLength()), material) ? material : -1;
+    if (!text.starts_with(kMaterial)) return -1;
+    return parseWholeNumber(std::string_view(text).substr(kMaterial.size()), material) ? material : -1;
 }
 
 String SelectionPrefix(BaseObject* object)

@@ -6,11 +6,9 @@
 #pragma once
 
 #include "c4d.h"
-
 #include "plant/c4d_draw_helper.h"
+#include "plant/plant_colours.h"
 #include "plant/plant_parameters.h"
-
-#include <map>
 
 /// Everything but the building of geometry.
 class BasePlantObject : public ObjectData {
@@ -36,17 +34,17 @@ public:
     Int32 builtMode = NOTOK;                  // display mode of the last build that succeeded
     String statistics;                        // the text shown last
     vdt::ModelHandle model;                   // what is shown
-    std::map<BaseMaterial*, UInt32> materialDirty; // change counts of the materials that coloured the last point cloud
+    MaterialChanges materialDirty;            // of the materials that coloured the last point cloud
     C4dDrawHelper drawHelper;                 // the last point cloud
     BUILDFLAGS lastBuildFlags = BUILDFLAGS_0; // of the last look at the cache
     Float lastLod = 0;
 
 private:
+    void documentInformation(BaseObject& object, const DocumentInfoData& information);
     void findMissingFile(BaseObject& object, BaseDocument* document);
     void parameterSet(BaseObject& object, Int32 id);
     void reportAssets(BaseObject& object, AssetData& assets);
-    void reload(BaseObject& object, BaseDocument* document);
-    void writeLegacyFields(BaseObject& object, BaseDocument* document);
+    void reload(BaseObject& object, const VerdanthSelectionData& asRead, BaseDocument* document);
     void stripFolder(BaseObject& object);
 };
 

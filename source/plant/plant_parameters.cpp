@@ -51,26 +51,26 @@ bool hasOwnUnits(State state)
 }
 
 constexpr PlantParameter kParameters[] = {
-    {PLANT_SELECTION,          kSelectionDataTypeId,     Initial::ByParameter,   0, always       },
-    {PLANT_VARIANT,            DTYPE_LONG,               Initial::ByParameter,   0, hasVariants  },
-    {PLANT_QUALIFIER,          DTYPE_LONG,               Initial::ByParameter,   0, hasQualifiers},
-    {PLANT_FOLIAGE_THINNING,   DTYPE_REAL,               Initial::IntoContainer, 1, showsGeometry},
-    {PLANT_LEGACY_FILE,        DTYPE_FILENAME,           Initial::None,          0, always       },
-    {PLANT_LIMIT_LEVEL,        DTYPE_BOOL,               Initial::IntoContainer, 0, showsGeometry},
-    {PLANT_MAX_LEVEL,          DTYPE_LONG,               Initial::IntoContainer, 3, limitsLevel  },
-    {PLANT_LIMIT_RADIUS,       DTYPE_BOOL,               Initial::IntoContainer, 0, showsGeometry},
-    {PLANT_MIN_RADIUS,         DTYPE_REAL,               Initial::IntoContainer, 1, limitsRadius },
-    {PLANT_FOLIAGE_AMOUNT,     DTYPE_REAL,               Initial::IntoContainer, 1, showsGeometry},
-    {PLANT_SUBDIVISION_MODE,   DTYPE_LONG,               Initial::IntoContainer, 0, showsGeometry},
-    {PLANT_SUBDIVISION_LEVEL,  DTYPE_LONG,               Initial::IntoContainer, 1, showsGeometry},
-    {PLANT_DISPLAY_MODE,       DTYPE_LONG,               Initial::IntoContainer, 0, showsGeometry},
-    {PLANT_CLOUD_OPTION_A,     DTYPE_BOOL,               Initial::IntoContainer, 0, showsCloud   },
-    {PLANT_CLOUD_SHADING,      DTYPE_BOOL,               Initial::IntoContainer, 1, showsCloud   },
-    {PLANT_CLOUD_OPTION_B,     DTYPE_BOOL,               Initial::IntoContainer, 1, showsCloud   },
-    {PLANT_PROXY_ONLY,         DTYPE_LONG,               Initial::None,          0, always       },
-    {PLANT_STATISTICS,         DTYPE_STRING,             Initial::None,          0, always       },
-    {PLANT_USE_DOCUMENT_UNITS, DTYPE_BOOL,               Initial::IntoContainer, 1, always       },
-    {PLANT_UNITS,              CUSTOMDATATYPE_UNITSCALE, Initial::None,          0, hasOwnUnits  },
+    {PLANT_SELECTION, kSelectionDataTypeId, Initial::ByParameter, 0, always},
+    {PLANT_VARIANT, DTYPE_LONG, Initial::ByParameter, 0, hasVariants},
+    {PLANT_QUALIFIER, DTYPE_LONG, Initial::ByParameter, 0, hasQualifiers},
+    {PLANT_FOLIAGE_THINNING, DTYPE_REAL, Initial::IntoContainer, 1, showsGeometry},
+    {PLANT_LEGACY_FILE, DTYPE_FILENAME, Initial::None, 0, always},
+    {PLANT_LIMIT_LEVEL, DTYPE_BOOL, Initial::IntoContainer, 0, showsGeometry},
+    {PLANT_MAX_LEVEL, DTYPE_LONG, Initial::IntoContainer, 3, limitsLevel},
+    {PLANT_LIMIT_RADIUS, DTYPE_BOOL, Initial::IntoContainer, 0, showsGeometry},
+    {PLANT_MIN_RADIUS, DTYPE_REAL, Initial::IntoContainer, 1, limitsRadius},
+    {PLANT_FOLIAGE_AMOUNT, DTYPE_REAL, Initial::IntoContainer, 1, showsGeometry},
+    {PLANT_SUBDIVISION_MODE, DTYPE_LONG, Initial::IntoContainer, 0, showsGeometry},
+    {PLANT_SUBDIVISION_LEVEL, DTYPE_LONG, Initial::IntoContainer, 1, showsGeometry},
+    {PLANT_DISPLAY_MODE, DTYPE_LONG, Initial::IntoContainer, 0, showsGeometry},
+    {PLANT_CLOUD_OPTION_A, DTYPE_BOOL, Initial::IntoContainer, 0, showsCloud},
+    {PLANT_CLOUD_SHADING, DTYPE_BOOL, Initial::IntoContainer, 1, showsCloud},
+    {PLANT_CLOUD_OPTION_B, DTYPE_BOOL, Initial::IntoContainer, 1, showsCloud},
+    {PLANT_PROXY_ONLY, DTYPE_LONG, Initial::None, 0, always},
+    {PLANT_STATISTICS, DTYPE_STRING, Initial::None, 0, always},
+    {PLANT_USE_DOCUMENT_UNITS, DTYPE_BOOL, Initial::IntoContainer, 1, always},
+    {PLANT_UNITS, CUSTOMDATATYPE_UNITSCALE, Initial::None, 0, hasOwnUnits},
 };
 
 GeData initialValue(const PlantParameter& parameter)
@@ -127,12 +127,10 @@ void StoreIndex(BaseContainer& container, Int32 id, Int32 index)
     if (index >= 0 && container.GetInt32(id, NOTOK) != index) container.SetInt32(id, index);
 }
 
-void StoreFile(BaseContainer& container, Int32 id, const Filename& file)
+void WriteLegacyFields(BaseContainer& container, const VerdanthSelectionData& selection, BaseDocument* document)
 {
-    if (container.GetFilename(id) != file) container.SetFilename(id, file);
-}
-
-void StoreText(BaseContainer& container, Int32 id, const String& text)
-{
-    if (container.GetString(id) != text) container.SetString(id, text);
+    const Filename file = selection.ResolvePath(document, true);
+    if (container.GetFilename(PLANT_LEGACY_FILE) != file) container.SetFilename(PLANT_LEGACY_FILE, file);
+    StoreIndex(container, PLANT_VARIANT, selection.GetPlantIndex());
+    StoreIndex(container, PLANT_QUALIFIER, selection.GetQualifierIndex());
 }

@@ -2,7 +2,7 @@
 // panel lets people change them. Their ids stand in the description's header.
 #pragma once
 
-#include "description/oplant.h"
+#include "oplant.h"
 #include "selection/selection_data.h"
 
 #include <span>
@@ -45,7 +45,9 @@ Bool ReadSelection(BaseList2D& object, VerdanthSelectionData& selection);
 /// Sets it like any change.
 Bool WriteSelection(BaseList2D& object, const VerdanthSelectionData& selection);
 
-/// Straight into the container, and only if it is another value: no message follows and nothing is built for it.
-void StoreIndex(BaseContainer& container, Int32 id, Int32 index); // none is not stored
-void StoreFile(BaseContainer& container, Int32 id, const Filename& file);
-void StoreText(BaseContainer& container, Int32 id, const String& text);
+/// Straight into the container, and only another value than there is: no message follows. A negative index is none and
+/// is not stored.
+void StoreIndex(BaseContainer& container, Int32 id, Int32 index);
+
+/// Stores the choice in the separate parameters that older versions of the plug-in know, in the same way.
+void WriteLegacyFields(BaseContainer& container, const VerdanthSelectionData& selection, BaseDocument* document);

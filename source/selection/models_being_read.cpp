@@ -1,6 +1,5 @@
 #include "selection/models_being_read.h"
 
-
 #include <algorithm>
 
 namespace {
@@ -26,13 +25,14 @@ auto isKeptFor(const VerdanthSelectionData& selection)
 
 } // namespace
 
-void ModelsBeingRead::Update(VerdanthSelectionData& selection)
+Bool ModelsBeingRead::Update(VerdanthSelectionData& selection)
 {
     vdt::ModelHandle shown;
-    selection.Update(nullptr, &shown);
+    const Bool updated = selection.Update(nullptr, &shown);
     std::vector<KeptModel>& kept = keptModels();
     if (shown.model() && std::ranges::none_of(kept, isKeptFor(selection)))
         kept.push_back({selection.file, selection.plantName, shown});
+    return updated;
 }
 
 void ModelsBeingRead::Release(const VerdanthSelectionData& selection)

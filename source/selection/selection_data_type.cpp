@@ -1,6 +1,7 @@
 #include "selection/selection_data_type.h"
 
-#include "description/dvdtselection.h"
+#include "dvdtselection.h"
+#include "lib_net.h"
 #include "selection/models_being_read.h"
 #include "support/plugin_ids.h"
 
@@ -19,6 +20,18 @@ VerdanthSelectionData& selectionIn(CustomDataType* data)
 Int32 compareIndices(Int32 first, Int32 second)
 {
     return first < second ? -1 : first > second ? 1 : 0;
+}
+
+// On a render client files come from the server on demand. True if `file` stands elsewhere now.
+Bool fetchFromServer(Filename& file)
+{
+    NetRenderService* service = GetGlobalNetRenderService();
+    if (!service || !file.Content()) return false;
+    Filename found;
+    NetRenderGetFileFromServer(service, file, found);
+    if (!found.Content()) return false;
+    file = found;
+    return true;
 }
 
 } // namespace
@@ -67,7 +80,7 @@ Bool VerdanthSelectionDataType::ReadData(CustomDataType* data, HyperFile* file, 
     VerdanthSelectionData& selection = selectionIn(data);
     if (file->ReadFilename(&selection.file) && file->ReadString(&selection.plantName))
         file->ReadString(&selection.qualifierName);
-    ModelsBeingRead::Update(selection);
+    if (!ModelsBeingRead::Update(selection) && fetchFromServer(selection.file)) ModelsBeingRead::Update(selection);
     return true; // what could be read counts; the scene goes on
 }
 

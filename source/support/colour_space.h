@@ -5,10 +5,7 @@
 #include "vdt/math/vector.h"
 
 /// What the colours of a document's parameters are.
-enum class ColourSpace : Int32 {
-    Linear = 0,
-    Srgb = 2
-};
+enum class ColourSpace : Int32 { Linear = 0, Srgb = 2 };
 
 /// Linear in a document whose colours are managed and declared linear, and where there is nothing to ask.
 ColourSpace DocumentColourSpace(BaseDocument* document);
