@@ -6,8 +6,9 @@
 
 class C4dMessageHandler final : public vdt::MessageHandler {
 public:
-    C4dMessageHandler() = default;
-    C4dMessageHandler(BaseThread* runsOn, Bool mayAsk) : thread(runsOn), showDialogs(mayAsk) {}
+    explicit C4dMessageHandler(BaseThread* runsOn = nullptr, Bool mayAsk = false) : thread(runsOn), showDialogs(mayAsk)
+    {
+    }
 
     void endProgress() override;
     void beginProgress(std::string_view text) override;
@@ -18,6 +19,6 @@ public:
     void debug(std::string_view) override {}
     bool isCancelled() override;
 
-    BaseThread* thread = nullptr; // the host's, which does the work; null: nobody can stop it
-    Bool showDialogs = false;     // errors come up in boxes: for the main thread only
+    BaseThread* thread; // the host's, which does the work; null: nobody can stop it
+    Bool showDialogs;   // errors come up in boxes: for the main thread only
 };
