@@ -10,6 +10,14 @@
 namespace verdanth {
 namespace {
 
+// The help of the innermost command that was named.
+std::string helpOf(CLI::App& command)
+{
+    const std::vector<CLI::App*> chosen = command.get_subcommands();
+    if (!chosen.empty()) return chosen.front()->help("verdanth " + command.get_name());
+    return command.help("verdanth");
+}
+
 int parseAndRun(const std::vector<std::string>& arguments, Console& console)
 {
     CLI::App program(
@@ -26,12 +34,13 @@ int parseAndRun(const std::vector<std::string>& arguments, Console& console)
     AddExportCommand(program, work);
     AddConvertCommand(program, work);
     AddRenderCommand(program, work);
+    AddSceneCommand(program, work);
 
     try {
         program.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend())); // it takes them from the back
     } catch (const CLI::CallForHelp&) {
         const std::vector<CLI::App*> chosen = program.get_subcommands();
-        console.out() << (chosen.empty() ? program.help() : chosen.front()->help("verdanth"));
+        console.out() << (chosen.empty() ? program.help() : helpOf(*chosen.front()));
         return kSuccess;
     } catch (const CLI::Success& request) { // the version
         console.out() << request.what() << '\n';

@@ -45,7 +45,7 @@ SEARCHED = {
     "library": ["library"],
     "plants": ["plants", "library"],
     "host": ["host", "host/api"],
-    "source": ["source", "library", "host/api", "res/description"],
+    "source": ["source", "library", "host/api", "res", "res/description"],
     "app": ["app", "library", "host", "host/api", "res/description"],
 }
 # In angle brackets the library may name standard headers and zlib alone. <clocale> need not declare newlocale().

@@ -21,6 +21,7 @@ void AddCheckCommand(CLI::App& program, CommandWork& chosen);
 void AddExportCommand(CLI::App& program, CommandWork& chosen);
 void AddConvertCommand(CLI::App& program, CommandWork& chosen);
 void AddRenderCommand(CLI::App& program, CommandWork& chosen);
+void AddSceneCommand(CLI::App& program, CommandWork& chosen);
 void AddListCommand(CLI::App& program, CommandWork& chosen);
 
 /// Adds --library.

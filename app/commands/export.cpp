@@ -109,7 +109,10 @@ int runExport(const ExportRequest& request, Console& console)
     if (!LoadRequestedPlant(request.plant, plant, console)) return kFailure;
     SceneRequest wanted = SceneRequestOf(plant, request.plant);
     Scene scene;
-    if (!findLevels(request, wanted, console) || !BuildScene(wanted, scene, console)) return kFailure;
+    const bool copies = request.foliage != FoliageForm::Merged && KnowsCopies(request.output);
+    if (!findLevels(request, wanted, console) ||
+        !BuildRequestedScene(plant, request.plant, wanted, copies, scene, console))
+        return kFailure;
     return writeFiles(request, scene, plant.open, console) ? kSuccess : kFailure;
 }
 

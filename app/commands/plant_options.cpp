@@ -3,6 +3,7 @@
 #include "commands/command.h"
 #include "console/console.h"
 #include "files/input_file.h"
+#include "host/host_scene.h"
 
 #include <limits>
 
@@ -33,7 +34,7 @@ void addReductionOptions(CLI::App& command, vdt::ReductionParameters& reduction)
 
 } // namespace
 
-void AddPlantOptions(CLI::App& command, PlantOptions& options)
+void AddPlantObjectOptions(CLI::App& command, PlantOptions& options)
 {
     command.add_option("plant", options.plant, "A model file, or a species of the plant library")
         ->required()
@@ -46,6 +47,13 @@ void AddPlantOptions(CLI::App& command, PlantOptions& options)
         ->capture_default_str()
         ->type_name("N");
     command.add_flag("--uniform", options.uniform, "Round all branches alike, not the thinner ones less");
+    addReductionOptions(command, options.detail.reduction);
+    AddLibraryOption(command, options.library);
+}
+
+void AddPlantOptions(CLI::App& command, PlantOptions& options)
+{
+    AddPlantObjectOptions(command, options);
     AddChoice<PlantForm>(command, "--as", options.form,
                          {{"full", PlantForm::Full},
                           {"proxy", PlantForm::Proxy},
@@ -57,8 +65,16 @@ void AddPlantOptions(CLI::App& command, PlantOptions& options)
         ->check(CLI::Range(uint64_t{1}, kMostPoints).description(""))
         ->capture_default_str()
         ->type_name("N");
-    addReductionOptions(command, options.detail.reduction);
-    AddLibraryOption(command, options.library);
+}
+
+void AddDisplayOption(CLI::App& command, PlantDisplay& display)
+{
+    AddChoice<PlantDisplay>(command, "--display", display,
+                            {{"proxy", PlantDisplay::Proxy},
+                             {"box", PlantDisplay::Box},
+                             {"cloud", PlantDisplay::Cloud},
+                             {"full", PlantDisplay::Full}},
+                            "What a viewport shows of it");
 }
 
 bool LoadRequestedPlant(const PlantOptions& options, RequestedPlant& plant, Console& console)
@@ -93,6 +109,13 @@ SceneRequest SceneRequestOf(const RequestedPlant& plant, const PlantOptions& opt
             .uniform = options.uniform,
             .details = {options.detail},
             .cloudPoints = options.points};
+}
+
+bool BuildRequestedScene(const RequestedPlant& plant, const PlantOptions& options, const SceneRequest& request,
+                         bool copies, Scene& scene, Console& console)
+{
+    if (copies || !IsBuiltByModule(request)) return BuildScene(request, scene, console);
+    return BuildSceneInHost(request, plant.open.file, options.library, scene, console);
 }
 
 } // namespace verdanth

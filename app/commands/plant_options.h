@@ -2,6 +2,7 @@
 #pragma once
 
 #include "export/scene_builder.h"
+#include "host/plant_object.h"
 #include "lookup/open_plant.h"
 
 #include <CLI/CLI.hpp>
@@ -30,8 +31,12 @@ struct RequestedPlant {
     std::string season;
 };
 
-/// Adds the plant itself and the options that choose it and its parts.
+/// Adds the plant itself and the options that choose it and its parts: those that a plant object keeps.
+void AddPlantObjectOptions(CLI::App& command, PlantOptions& options);
+/// The same, and what else may stand for the plant.
 void AddPlantOptions(CLI::App& command, PlantOptions& options);
+/// Adds --display; the proxy is the default.
+void AddDisplayOption(CLI::App& command, PlantDisplay& display);
 
 /// Opens the plant and loads the variant. False, with the error told, if that fails or the user cancels.
 bool LoadRequestedPlant(const PlantOptions& options, RequestedPlant& plant, Console& console);
@@ -39,6 +44,11 @@ bool LoadRequestedPlant(const PlantOptions& options, RequestedPlant& plant, Cons
 /// Loads another variant of an open plant, in the season that `season` means; the one before it goes. False, with the
 /// error told, if that fails.
 bool LoadVariantOf(RequestedPlant& plant, uint64_t index, const std::string& season, Console& console);
+
+/// Builds the scene: through the module where a plant object can make it as one mesh, else from the library itself.
+/// `copies` asks for foliage as copies of its meshes, which no object has. False, with the error told, on failure.
+bool BuildRequestedScene(const RequestedPlant& plant, const PlantOptions& options, const SceneRequest& request,
+                         bool copies, Scene& scene, Console& console);
 
 /// What to build of the loaded plant; valid while `plant` is.
 SceneRequest SceneRequestOf(const RequestedPlant& plant, const PlantOptions& options);

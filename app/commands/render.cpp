@@ -5,6 +5,7 @@
 #include "exit_status.h"
 #include "export/output_name.h"
 #include "files/input_file.h"
+#include "host/host_scene.h"
 #include "lookup/species.h"
 
 #include <charconv>
@@ -17,6 +18,7 @@ namespace {
 constexpr int kLargestSide = 8192;
 constexpr int kMostSamples = 65536;
 constexpr int kMostFrames = 3600;
+constexpr uint64_t kMostMergedPolygons = 2'000'000; // beyond, leaves are traced as copies, which take less memory
 
 struct RenderRequest {
     PlantOptions plant;
@@ -111,9 +113,10 @@ std::unique_ptr<TracedScene> tracePlant(const RenderRequest& request, OutputName
 {
     RequestedPlant plant;
     Scene scene;
-    if (!LoadRequestedPlant(request.plant, plant, console) ||
-        !BuildScene(SceneRequestOf(plant, request.plant), scene, console))
-        return nullptr;
+    if (!LoadRequestedPlant(request.plant, plant, console)) return nullptr;
+    const SceneRequest wanted = SceneRequestOf(plant, request.plant);
+    const bool copies = CountFoliagePolygons(wanted) > kMostMergedPolygons;
+    if (!BuildRequestedScene(plant, request.plant, wanted, copies, scene, console)) return nullptr;
 
     names = {scene.name, scene.variant, scene.season};
     std::string problem;

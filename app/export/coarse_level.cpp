@@ -17,22 +17,6 @@ namespace {
 // Corners by bits: 1 for the maximum in x, 2 in y, 4 in z. Counter-clockwise seen from outside.
 constexpr int kBoxFaces[6][4] = {{0, 4, 6, 2}, {1, 3, 7, 5}, {0, 1, 5, 4}, {2, 6, 7, 3}, {0, 2, 3, 1}, {4, 5, 7, 6}};
 
-void writeBox(const vdt::Box& box, vdt::MeshOutputAccessor& output)
-{
-    if (box.isEmpty()) return;
-    constexpr float kCorners[4][2] = {{0, 0}, {1, 0}, {1, 1}, {0, 1}};
-    for (const auto& face : kBoxFaces) {
-        uint64_t points[4], coordinates[4]; // of its own, so that edges stay sharp
-        for (int i = 0; i < 4; ++i) {
-            points[i] = output.AddPoint({face[i] & 1 ? box.max.x : box.min.x, face[i] & 2 ? box.max.y : box.min.y,
-                                         face[i] & 4 ? box.max.z : box.min.z},
-                                        {});
-            coordinates[i] = output.AddUV(kCorners[i][0], kCorners[i][1]);
-        }
-        output.AddPolygon(points, coordinates, kCrownMaterial);
-    }
-}
-
 double fieldAt(const vdt::Vector3& position, const std::vector<vdt::Vector3>& points, const vdt::FieldFunction& field)
 {
     double sum = 0;
@@ -100,6 +84,22 @@ SceneCloud cloudOf(const SceneRequest& request, SceneMaterials& materials)
 
 } // namespace
 
+void WriteBox(const vdt::Box& box, vdt::MeshOutputAccessor& output)
+{
+    if (box.isEmpty()) return;
+    constexpr float kCorners[4][2] = {{0, 0}, {1, 0}, {1, 1}, {0, 1}};
+    for (const auto& face : kBoxFaces) {
+        uint64_t points[4], coordinates[4]; // of its own, so that edges stay sharp
+        for (int i = 0; i < 4; ++i) {
+            points[i] = output.AddPoint({face[i] & 1 ? box.max.x : box.min.x, face[i] & 2 ? box.max.y : box.min.y,
+                                         face[i] & 4 ? box.max.z : box.min.z},
+                                        {});
+            coordinates[i] = output.AddUV(kCorners[i][0], kCorners[i][1]);
+        }
+        output.AddPolygon(points, coordinates, kCrownMaterial);
+    }
+}
+
 SceneLevel BuildCoarseLevel(const SceneRequest& request, SceneMaterials& materials, uint64_t& droppedPolygons,
                             vdt::MessageHandler& messages)
 {
@@ -123,7 +123,7 @@ SceneLevel BuildCoarseLevel(const SceneRequest& request, SceneMaterials& materia
         else
             vdt::BuildHullMesh(variant, request.season, output, messages);
         break;
-    case PlantForm::Box: writeBox(variant.computeBound(), output); break;
+    case PlantForm::Box: WriteBox(variant.computeBound(), output); break;
     case PlantForm::Blob:
         vdt::BuildBlobMesh(variant, request.season, blobOptionsFor(variant.skeleton), output, messages);
         break;

@@ -10,4 +10,7 @@ namespace verdanth {
 SceneLevel BuildCoarseLevel(const SceneRequest& request, SceneMaterials& materials, uint64_t& droppedPolygons,
                             vdt::MessageHandler& messages);
 
+/// Writes a closed box in the crown's colour; nothing for an empty box.
+void WriteBox(const vdt::Box& box, vdt::MeshOutputAccessor& output);
+
 } // namespace verdanth

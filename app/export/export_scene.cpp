@@ -25,6 +25,11 @@ bool IsExportPath(const std::string& path)
     return writerFor(path) != nullptr;
 }
 
+bool KnowsCopies(const std::string& path)
+{
+    return writerFor(path) == WriteGltf;
+}
+
 bool ExportScene(const Scene& scene, const ExportOptions& options, ExportSummary& summary,
                  vdt::MessageHandler& messages)
 {

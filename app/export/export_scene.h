@@ -33,6 +33,9 @@ struct ExportSummary {
 /// True if the path's suffix names a format that can be written.
 bool IsExportPath(const std::string& path);
 
+/// True if the path's format can hold copies of one mesh.
+bool KnowsCopies(const std::string& path);
+
 /// Writes all files, and moves them into place once they are complete. False, with the error told unless the user
 /// cancels, if that fails; nothing has changed then.
 bool ExportScene(const Scene& scene, const ExportOptions& options, ExportSummary& summary,

@@ -137,12 +137,25 @@ std::string LevelSuffix(const Scene& scene, size_t level)
     return scene.levels.size() > 1 ? "_LOD" + std::to_string(level) : std::string();
 }
 
-bool BuildScene(const SceneRequest& request, Scene& scene, vdt::MessageHandler& messages)
+void NameScene(const SceneRequest& request, Scene& scene)
 {
     scene.name = request.model.name.empty() ? "plant" : request.model.name;
     scene.variant = request.variant.name;
     scene.season = request.season;
+}
 
+bool FinishScene(const Scene& scene, uint64_t dropped, vdt::MessageHandler& messages)
+{
+    if (dropped > 0)
+        messages.warning(std::to_string(dropped) + " polygons are left out: their corners are not at finite positions");
+    if (std::none_of(scene.levels.begin(), scene.levels.end(), isEmpty)) return true;
+    messages.error("the variant has nothing to show: neither branches nor foliage");
+    return false;
+}
+
+bool BuildScene(const SceneRequest& request, Scene& scene, vdt::MessageHandler& messages)
+{
+    NameScene(request, scene);
     SceneMaterials materials(request.model, request.season, scene.materials, messages);
     uint64_t dropped = 0;
     messages.beginProgress("building the plant");
@@ -154,13 +167,7 @@ bool BuildScene(const SceneRequest& request, Scene& scene, vdt::MessageHandler& 
         scene.levels.push_back(BuildCoarseLevel(request, materials, dropped, messages));
     }
     messages.endProgress();
-    if (messages.isCancelled()) return false;
-
-    if (dropped > 0)
-        messages.warning(std::to_string(dropped) + " polygons are left out: their corners are not at finite positions");
-    if (std::none_of(scene.levels.begin(), scene.levels.end(), isEmpty)) return true;
-    messages.error("the variant has nothing to show: neither branches nor foliage");
-    return false;
+    return !messages.isCancelled() && FinishScene(scene, dropped, messages);
 }
 
 } // namespace verdanth

@@ -38,6 +38,13 @@ struct SceneRequest {
     uint64_t cloudPoints = 100000;
 };
 
+/// Names the scene after the plant. Every builder of one begins with this.
+void NameScene(const SceneRequest& request, Scene& scene);
+
+/// What every builder ends with: false, with the error told, if a level of the scene has nothing to show. `dropped`
+/// polygons are told as left out.
+bool FinishScene(const Scene& scene, uint64_t dropped, vdt::MessageHandler& messages);
+
 /// Builds the plant. What cannot be taken over - a texture without content, a material id without material, numbers
 /// that are not finite - is told and left out. False, with the error told, if nothing is left to show, and on
 /// cancelling.

@@ -22,13 +22,6 @@ bool isFolder(const fs::path& path)
     return fs::is_directory(path, ignored);
 }
 
-fs::path programFolder()
-{
-    std::error_code code;
-    const fs::path program = fs::read_symlink("/proc/self/exe", code);
-    return code ? fs::path() : program.parent_path();
-}
-
 bool looksLikePath(const std::string& request)
 {
     const auto endsAsModel = [&](const char* suffix) { return request.ends_with(suffix); };
@@ -78,6 +71,13 @@ std::string unknownSpecies(const std::string& request, const std::string& folder
 
 } // namespace
 
+fs::path ProgramFolder()
+{
+    std::error_code code;
+    const fs::path program = fs::read_symlink("/proc/self/exe", code);
+    return code ? fs::path() : program.parent_path();
+}
+
 std::vector<Species> ScanLibrary(const std::string& folder)
 {
     std::vector<Species> found;
@@ -102,7 +102,7 @@ std::string FindLibrary(const std::string& requested)
     if (!requested.empty()) return requested;
     if (const char* environment = std::getenv("VERDANTH_PLANTS"); environment && *environment) return environment;
 
-    const fs::path program = programFolder();
+    const fs::path program = ProgramFolder();
     for (const fs::path& candidate : {program / "plants", program / "../share/verdanth/plants"})
         if (isFolder(candidate)) return candidate.lexically_normal().generic_string();
     return {};

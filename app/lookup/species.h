@@ -5,6 +5,7 @@
 
 #include "vdt/messages/message_handler.h"
 
+#include <filesystem>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -21,6 +22,9 @@ struct FoundPlant {
     std::string file;
     std::string problem; // empty if there is a file
 };
+
+/// Where the program stands; empty if that cannot be told.
+std::filesystem::path ProgramFolder();
 
 /// The plants of the library at `folder`, by name. Folders without a model file of their name are passed over.
 std::vector<Species> ScanLibrary(const std::string& folder);

@@ -46,7 +46,6 @@ public:
     void GetAlphaPixel(BaseBitmap* channel, Int32 x, Int32 y, UInt16* val) const;
 
 private:
-    friend struct BitmapRecord;
     BaseBitmap() = default;
     ~BaseBitmap();
 

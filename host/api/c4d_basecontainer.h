@@ -14,6 +14,11 @@ class BaseContainer {
 public:
     BaseContainer() = default;
     explicit BaseContainer(Int32 containerId) : id(containerId) {}
+    BaseContainer(const BaseContainer& other) : id(other.id), entries(other.entries) {}
+    BaseContainer(BaseContainer&& other) noexcept : id(other.id), entries(std::move(other.entries)) {}
+    // An assignment is one more change of this container: its count never falls.
+    BaseContainer& operator=(const BaseContainer& other);
+    BaseContainer& operator=(BaseContainer&& other) noexcept;
 
     Int32 GetId() const { return id; }
     void SetId(Int32 containerId) { id = containerId; }

@@ -3,9 +3,20 @@
 
 #include "c4d_basedocument.h"
 
+namespace host {
+struct ViewCore; // the record behind a view
+}
+
 #define DRAW_PARAMETER_SETZ 2
 #define DRAW_PARAMETER_USE_Z 11
 #define DRAW_PARAMETER_LINEWIDTH 1000 // Float, pixels
+
+// Of DRAW_PARAMETER_SETZ: which depths are drawn over those that are there.
+#define DRAW_Z_LOWEREQUAL 0
+#define DRAW_Z_GREATER 1
+#define DRAW_Z_ALWAYS 2
+#define DRAW_Z_EQUAL 3
+#define DRAW_Z_LOWER 4
 
 #define BDRAW_SETLIGHTLIST_NOLIGHTS (-1)
 #define BDRAW_SETLIGHTLIST_SCENELIGHTS 0
@@ -105,7 +116,7 @@ public:
     BaseDrawHelp& operator=(const BaseDrawHelp&) = delete;
 
 private:
-    friend struct host::NodeCore;
+    friend struct host::ViewCore;
     explicit BaseDrawHelp(BaseDocument* drawn) : document(drawn) {}
 
     BaseDocument* document;

@@ -279,9 +279,12 @@ private:
     friend struct host::NodeCore;
     friend struct host::GeValue;
     BaseLink() = default;
-    ~BaseLink() = default;
+    BaseLink(const BaseLink& other);
+    BaseLink& operator=(const BaseLink& other);
+    ~BaseLink();
 
-    UInt64 marker = 0; // of the target; 0 for none
+    UInt64 marker = 0;             // of the target; 0 for none
+    AliasTrans* waiting = nullptr; // redirects this link, a copy, when the copying is over
 };
 
 /// Collects the copies that are made of nodes, so that links among them follow.

@@ -24,6 +24,12 @@
 #define C4DPL_ENDPROGRAM 1001084
 #define C4DPL_PROGRAM_STARTED 450000215
 
+/// Data of C4DPL_COMMANDLINEARGS.
+struct C4DPL_CommandLineArgs {
+    Int32 argc;
+    Char** argv;
+};
+
 #define C4DPL_INIT_PRIORITY_PLUGINS 0
 #define SetPluginPriority(data, i) (*static_cast<Int32*>(data) = (i))
 

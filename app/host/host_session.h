@@ -1,0 +1,55 @@
+// The embedded host with the plant module in it, as long as one command runs.
+#pragma once
+
+#include "c4d.h"
+
+#include <memory>
+#include <string>
+
+namespace host {
+class Application;
+}
+
+namespace verdanth {
+
+class Console;
+
+class HostSession {
+public:
+    HostSession();
+    HostSession(const HostSession&) = delete;
+    HostSession& operator=(const HostSession&) = delete;
+    ~HostSession();
+
+    /// Starts the host and the module that stands beside the program, or where VERDANTH_MODULE says. The module finds
+    /// moved plants in `library`, if there is one. False, with the error told, if there is no usable module.
+    bool start(const std::string& library, Console& console);
+
+private:
+    std::unique_ptr<host::Application> application;
+};
+
+/// A document of the host's, freed with this.
+class OwnDocument {
+public:
+    /// Empty, its unit the metre.
+    OwnDocument();
+    /// Takes `taken` over; may be null.
+    explicit OwnDocument(BaseDocument* taken) : document(taken) {}
+    OwnDocument(const OwnDocument&) = delete;
+    OwnDocument& operator=(const OwnDocument&) = delete;
+    ~OwnDocument();
+
+    BaseDocument* get() const { return document; }
+    BaseDocument* operator->() const { return document; }
+    explicit operator bool() const { return document != nullptr; }
+
+private:
+    BaseDocument* document;
+};
+
+/// Between the host's texts and UTF-8.
+String HostText(const std::string& text);
+std::string Utf8Text(const String& text);
+
+} // namespace verdanth

@@ -1,0 +1,316 @@
+#include "core/base_descriptions.h"
+
+#include "c4d_basematerial.h"
+#include "c4d_baseobject.h"
+#include "c4d_basetag.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace host {
+namespace {
+
+constexpr BaseDescription kDescriptions[] = {
+    {"Obaselist", R"(
+CONTAINER Obaselist
+{
+    NAME Obaselist;
+    GROUP ID_BASICPROPERTIES { STRING ID_BASELIST_NAME { ANIM OFF; } }
+})",
+     "enum { ID_BASICPROPERTIES = 800, ID_BASELIST_NAME = 900 };",
+     R"(STRINGTABLE Obaselist { ID_BASICPROPERTIES "Basic"; ID_BASELIST_NAME "Name"; })",
+     R"(STRINGTABLE Obaselist { ID_BASICPROPERTIES "Basis"; ID_BASELIST_NAME "Name"; })"},
+
+    {"Obase", R"(
+CONTAINER Obase
+{
+    NAME Obase;
+    INCLUDE Obaselist;
+    GROUP ID_BASICPROPERTIES
+    {
+        LONG ID_BASEOBJECT_VISIBILITY_EDITOR { DEFAULT OBJECT_UNDEF; CYCLE { OBJECT_ON; OBJECT_OFF; OBJECT_UNDEF; } }
+        LONG ID_BASEOBJECT_VISIBILITY_RENDER { DEFAULT OBJECT_UNDEF; CYCLE { OBJECT_ON; OBJECT_OFF; OBJECT_UNDEF; } }
+        LONG ID_BASEOBJECT_USECOLOR
+        {
+            CYCLE
+            {
+                ID_BASEOBJECT_USECOLOR_OFF; ID_BASEOBJECT_USECOLOR_AUTOMATIC;
+                ID_BASEOBJECT_USECOLOR_ALWAYS; ID_BASEOBJECT_USECOLOR_LAYER;
+            }
+        }
+        COLOR ID_BASEOBJECT_COLOR { DEFAULT 0.4 0.5 0.6; }
+        BOOL ID_BASEOBJECT_GENERATOR_FLAG { DEFAULT 1; }
+        BOOL ID_BASEOBJECT_XRAY { }
+    }
+    GROUP ID_COORDINATEPROPERTIES
+    {
+        VECTOR ID_BASEOBJECT_REL_POSITION { UNIT METER; }
+        VECTOR ID_BASEOBJECT_REL_SCALE    { DEFAULT 1 1 1; }
+        VECTOR ID_BASEOBJECT_REL_ROTATION { UNIT DEGREE; }
+    }
+    GROUP ID_OBJECTPROPERTIES { DEFAULT 1; }
+})",
+     R"(enum {
+    ID_COORDINATEPROPERTIES = 801, ID_OBJECTPROPERTIES = 802, ID_TAGPROPERTIES = 803,
+    ID_BASEOBJECT_VISIBILITY_EDITOR = 901, ID_BASEOBJECT_VISIBILITY_RENDER,
+    OBJECT_ON = 0, OBJECT_OFF, OBJECT_UNDEF,
+    ID_BASEOBJECT_REL_POSITION = 903, ID_BASEOBJECT_REL_ROTATION, ID_BASEOBJECT_REL_SCALE, ID_BASEOBJECT_GENERATOR_FLAG,
+    ID_BASEOBJECT_USECOLOR,
+    ID_BASEOBJECT_USECOLOR_OFF = 0, ID_BASEOBJECT_USECOLOR_AUTOMATIC, ID_BASEOBJECT_USECOLOR_ALWAYS,
+    ID_BASEOBJECT_USECOLOR_LAYER,
+    ID_BASEOBJECT_COLOR = 908, ID_BASEOBJECT_XRAY
+};)",
+     R"(STRINGTABLE Obase {
+    Obase "Object"; ID_COORDINATEPROPERTIES "Coordinates"; ID_OBJECTPROPERTIES "Object";
+    ID_BASEOBJECT_VISIBILITY_EDITOR "Visible in Editor"; ID_BASEOBJECT_VISIBILITY_RENDER "Visible in Renderer";
+    OBJECT_ON "On"; OBJECT_OFF "Off"; OBJECT_UNDEF "Default";
+    ID_BASEOBJECT_REL_POSITION "Position"; ID_BASEOBJECT_REL_ROTATION "Rotation"; ID_BASEOBJECT_REL_SCALE "Scale";
+    ID_BASEOBJECT_GENERATOR_FLAG "Enabled"; ID_BASEOBJECT_USECOLOR "Use Color"; ID_BASEOBJECT_USECOLOR_OFF "Off";
+    ID_BASEOBJECT_USECOLOR_AUTOMATIC "Automatic"; ID_BASEOBJECT_USECOLOR_ALWAYS "Always";
+    ID_BASEOBJECT_USECOLOR_LAYER "Layer"; ID_BASEOBJECT_COLOR "Color"; ID_BASEOBJECT_XRAY "See-Through";
+})",
+     R"(STRINGTABLE Obase {
+    Obase "Objekt"; ID_COORDINATEPROPERTIES "Koordinaten"; ID_OBJECTPROPERTIES "Objekt";
+    ID_BASEOBJECT_VISIBILITY_EDITOR "Sichtbar in der Ansicht"; ID_BASEOBJECT_VISIBILITY_RENDER "Sichtbar beim Rendern";
+    OBJECT_ON "An"; OBJECT_OFF "Aus"; OBJECT_UNDEF "Vorgabe";
+    ID_BASEOBJECT_REL_POSITION "Position"; ID_BASEOBJECT_REL_ROTATION "Drehung"; ID_BASEOBJECT_REL_SCALE "Gr\u00f6\u00dfe";
+    ID_BASEOBJECT_GENERATOR_FLAG "Aktiv"; ID_BASEOBJECT_USECOLOR "Farbe verwenden"; ID_BASEOBJECT_USECOLOR_OFF "Aus";
+    ID_BASEOBJECT_USECOLOR_AUTOMATIC "Automatisch"; ID_BASEOBJECT_USECOLOR_ALWAYS "Immer";
+    ID_BASEOBJECT_USECOLOR_LAYER "Ebene"; ID_BASEOBJECT_COLOR "Farbe"; ID_BASEOBJECT_XRAY "Durchsichtig";
+})"},
+
+    {"Oinstance", R"(
+CONTAINER Oinstance
+{
+    NAME Oinstance;
+    INCLUDE Obase;
+    GROUP ID_OBJECTPROPERTIES
+    {
+        LINK INSTANCEOBJECT_LINK { ACCEPT { Obase; } }
+        BOOL INSTANCEOBJECT_RENDERINSTANCE { }
+    }
+})",
+     "enum { INSTANCEOBJECT_LINK = 1001, INSTANCEOBJECT_RENDERINSTANCE };",
+     R"(STRINGTABLE Oinstance {
+    Oinstance "Instance"; INSTANCEOBJECT_LINK "Original"; INSTANCEOBJECT_RENDERINSTANCE "Render Instance";
+})",
+     R"(STRINGTABLE Oinstance {
+    Oinstance "Instanz"; INSTANCEOBJECT_LINK "Original"; INSTANCEOBJECT_RENDERINSTANCE "Render-Instanz";
+})"},
+
+    {"Oxref", R"(
+CONTAINER Oxref
+{
+    NAME Oxref;
+    INCLUDE Obase;
+    GROUP ID_OBJECTPROPERTIES { STRING ID_CA_XREF_NAMESPACE { ANIM OFF; } }
+})",
+     "enum { ID_CA_XREF_NAMESPACE = 1007 };",
+     R"(STRINGTABLE Oxref { Oxref "External Reference"; ID_CA_XREF_NAMESPACE "Namespace"; })",
+     R"(STRINGTABLE Oxref { Oxref "Externe Referenz"; ID_CA_XREF_NAMESPACE "Namensraum"; })"},
+
+    {"Tbase", R"(
+CONTAINER Tbase
+{
+    NAME Tbase;
+    INCLUDE Obaselist;
+    GROUP ID_TAGPROPERTIES { DEFAULT 1; }
+})",
+     "enum { ID_TAGPROPERTIES = 803 };", R"(STRINGTABLE Tbase { Tbase "Tag"; ID_TAGPROPERTIES "Tag"; })",
+     R"(STRINGTABLE Tbase { Tbase "Tag"; ID_TAGPROPERTIES "Tag"; })"},
+
+    {"Tphong", R"(
+CONTAINER Tphong
+{
+    NAME Tphong;
+    INCLUDE Tbase;
+    GROUP ID_TAGPROPERTIES
+    {
+        BOOL PHONGTAG_PHONG_ANGLELIMIT { }
+        REAL PHONGTAG_PHONG_ANGLE { UNIT DEGREE; MIN 0; MAX 180; DEFAULT 80; }
+        BOOL PHONGTAG_PHONG_USEEDGES { DEFAULT 1; }
+    }
+})",
+     "enum { PHONGTAG_PHONG_ANGLELIMIT = 1001, PHONGTAG_PHONG_ANGLE, PHONGTAG_PHONG_USEEDGES };",
+     R"(STRINGTABLE Tphong {
+    Tphong "Phong"; PHONGTAG_PHONG_ANGLELIMIT "Angle Limit"; PHONGTAG_PHONG_ANGLE "Phong Angle";
+    PHONGTAG_PHONG_USEEDGES "Use Edge Breaks";
+})",
+     R"(STRINGTABLE Tphong {
+    Tphong "Phong"; PHONGTAG_PHONG_ANGLELIMIT "Winkelbeschr\u00e4nkung"; PHONGTAG_PHONG_ANGLE "Phong-Winkel";
+    PHONGTAG_PHONG_USEEDGES "Kantenunterbrechungen auswerten";
+})"},
+
+    {"Ttexture", R"(
+CONTAINER Ttexture
+{
+    NAME Ttexture;
+    INCLUDE Tbase;
+    GROUP ID_TAGPROPERTIES
+    {
+        LINK TEXTURETAG_MATERIAL { ACCEPT { Mbase; } }
+        STRING TEXTURETAG_RESTRICTION { }
+        LONG TEXTURETAG_PROJECTION
+        {
+            CYCLE
+            {
+                TEXTURETAG_PROJECTION_SPHERICAL; TEXTURETAG_PROJECTION_CYLINDRICAL; TEXTURETAG_PROJECTION_FLAT;
+                TEXTURETAG_PROJECTION_CUBIC; TEXTURETAG_PROJECTION_FRONTAL; TEXTURETAG_PROJECTION_SPATIAL;
+                TEXTURETAG_PROJECTION_UVW;
+            }
+        }
+        LONG TEXTURETAG_SIDE { CYCLE { TEXTURETAG_SIDE_FRONTANDBACK; TEXTURETAG_SIDE_FRONT; TEXTURETAG_SIDE_BACK; } }
+        BOOL TEXTURETAG_MIX { }
+        BOOL TEXTURETAG_TILE { DEFAULT 1; }
+        BOOL TEXTURETAG_SEAMLESS { }
+        REAL TEXTURETAG_OFFSETX { UNIT PERCENT; }
+        REAL TEXTURETAG_OFFSETY { UNIT PERCENT; }
+        REAL TEXTURETAG_LENGTHX { UNIT PERCENT; DEFAULT 100; }
+        REAL TEXTURETAG_LENGTHY { UNIT PERCENT; DEFAULT 100; }
+    }
+})",
+     R"(enum {
+    TEXTURETAG_OFFSETX = 1000, TEXTURETAG_OFFSETY, TEXTURETAG_LENGTHX, TEXTURETAG_LENGTHY, TEXTURETAG_PROJECTION,
+    TEXTURETAG_PROJECTION_SPHERICAL = 0, TEXTURETAG_PROJECTION_CYLINDRICAL, TEXTURETAG_PROJECTION_FLAT,
+    TEXTURETAG_PROJECTION_CUBIC, TEXTURETAG_PROJECTION_FRONTAL, TEXTURETAG_PROJECTION_SPATIAL, TEXTURETAG_PROJECTION_UVW,
+    TEXTURETAG_SIDE = 1005, TEXTURETAG_SIDE_FRONTANDBACK = 0, TEXTURETAG_SIDE_FRONT, TEXTURETAG_SIDE_BACK,
+    TEXTURETAG_RESTRICTION = 1006, TEXTURETAG_TILE, TEXTURETAG_SEAMLESS, TEXTURETAG_MIX, TEXTURETAG_MATERIAL
+};)",
+     R"(STRINGTABLE Ttexture {
+    Ttexture "Texture"; TEXTURETAG_MATERIAL "Material"; TEXTURETAG_RESTRICTION "Selection";
+    TEXTURETAG_PROJECTION "Projection"; TEXTURETAG_PROJECTION_SPHERICAL "Spherical";
+    TEXTURETAG_PROJECTION_CYLINDRICAL "Cylindrical"; TEXTURETAG_PROJECTION_FLAT "Flat";
+    TEXTURETAG_PROJECTION_CUBIC "Cubic"; TEXTURETAG_PROJECTION_FRONTAL "Frontal";
+    TEXTURETAG_PROJECTION_SPATIAL "Spatial"; TEXTURETAG_PROJECTION_UVW "UVW Mapping"; TEXTURETAG_SIDE "Side";
+    TEXTURETAG_SIDE_FRONTANDBACK "Both"; TEXTURETAG_SIDE_FRONT "Front"; TEXTURETAG_SIDE_BACK "Back";
+    TEXTURETAG_MIX "Mix Textures"; TEXTURETAG_TILE "Tile"; TEXTURETAG_SEAMLESS "Seamless";
+    TEXTURETAG_OFFSETX "Offset U"; TEXTURETAG_OFFSETY "Offset V"; TEXTURETAG_LENGTHX "Length U";
+    TEXTURETAG_LENGTHY "Length V";
+})",
+     R"(STRINGTABLE Ttexture {
+    Ttexture "Textur"; TEXTURETAG_MATERIAL "Material"; TEXTURETAG_RESTRICTION "Selektion";
+    TEXTURETAG_PROJECTION "Projektion"; TEXTURETAG_PROJECTION_SPHERICAL "Kugel";
+    TEXTURETAG_PROJECTION_CYLINDRICAL "Zylinder"; TEXTURETAG_PROJECTION_FLAT "Fl\u00e4che";
+    TEXTURETAG_PROJECTION_CUBIC "Quader"; TEXTURETAG_PROJECTION_FRONTAL "Frontal";
+    TEXTURETAG_PROJECTION_SPATIAL "Raum"; TEXTURETAG_PROJECTION_UVW "UVW"; TEXTURETAG_SIDE "Seite";
+    TEXTURETAG_SIDE_FRONTANDBACK "Beide"; TEXTURETAG_SIDE_FRONT "Vorne"; TEXTURETAG_SIDE_BACK "Hinten";
+    TEXTURETAG_MIX "Texturen mischen"; TEXTURETAG_TILE "Kacheln"; TEXTURETAG_SEAMLESS "Nahtlos";
+    TEXTURETAG_OFFSETX "Versatz U"; TEXTURETAG_OFFSETY "Versatz V"; TEXTURETAG_LENGTHX "L\u00e4nge U";
+    TEXTURETAG_LENGTHY "L\u00e4nge V";
+})"},
+
+    {"Mbase", R"(
+CONTAINER Mbase { NAME Mbase; INCLUDE Obaselist; })",
+     "", R"(STRINGTABLE Mbase { Mbase "Material"; })", R"(STRINGTABLE Mbase { Mbase "Material"; })"},
+
+    {"Mmaterial", R"(
+CONTAINER Mmaterial
+{
+    NAME Mmaterial;
+    INCLUDE Mbase;
+    GROUP ID_MATERIALGROUP_COLOR { DEFAULT 1; COLOR MATERIAL_COLOR_COLOR { DEFAULT 0.8 0.8 0.8; } }
+})",
+     "enum { ID_MATERIALGROUP_COLOR = 804, MATERIAL_COLOR_COLOR = 2100 };",
+     R"(STRINGTABLE Mmaterial { Mmaterial "Material"; ID_MATERIALGROUP_COLOR "Color"; MATERIAL_COLOR_COLOR "Color"; })",
+     R"(STRINGTABLE Mmaterial { Mmaterial "Material"; ID_MATERIALGROUP_COLOR "Farbe"; MATERIAL_COLOR_COLOR "Farbe"; })"},
+
+    {"Xbase", R"(
+CONTAINER Xbase { NAME Xbase; INCLUDE Obaselist; GROUP ID_SHADERPROPERTIES { DEFAULT 1; } })",
+     "enum { ID_SHADERPROPERTIES = 805 };", R"(STRINGTABLE Xbase { Xbase "Shader"; ID_SHADERPROPERTIES "Shader"; })",
+     R"(STRINGTABLE Xbase { Xbase "Shader"; ID_SHADERPROPERTIES "Shader"; })"},
+
+    {"Xbitmap", R"(
+CONTAINER Xbitmap
+{
+    NAME Xbitmap;
+    INCLUDE Xbase;
+    GROUP ID_SHADERPROPERTIES { FILENAME BITMAPSHADER_FILENAME { } LAYERSET BITMAPSHADER_LAYERSET { ANIM OFF; } }
+})",
+     "enum { BITMAPSHADER_FILENAME = 1000, BITMAPSHADER_LAYERSET = 1005 };",
+     R"(STRINGTABLE Xbitmap { Xbitmap "Bitmap"; BITMAPSHADER_FILENAME "File"; BITMAPSHADER_LAYERSET "Layers"; })",
+     R"(STRINGTABLE Xbitmap { Xbitmap "Bitmap"; BITMAPSHADER_FILENAME "Datei"; BITMAPSHADER_LAYERSET "Ebenen"; })"},
+
+    {"Fbase", R"(
+CONTAINER Fbase { NAME Fbase; GROUP ID_FILTERPROPERTIES { DEFAULT 1; } })",
+     "enum { ID_FILTERPROPERTIES = 1001023 };",
+     R"(STRINGTABLE Fbase { Fbase "Filter"; ID_FILTERPROPERTIES "Options"; })",
+     R"(STRINGTABLE Fbase { Fbase "Filter"; ID_FILTERPROPERTIES "Optionen"; })"},
+
+    {"Dbasedocument", R"(
+CONTAINER Dbasedocument
+{
+    NAME Dbasedocument;
+    INCLUDE Obaselist;
+    GROUP ID_DOCUMENTPROPERTIES
+    {
+        DEFAULT 1;
+        UNITSCALE DOCUMENT_DOCUNIT { ANIM OFF; }
+        COLOR DOCUMENT_DEFAULTMATERIAL_COLOR { DEFAULT 0.4 0.5 0.6; }
+        BOOL DOCUMENT_LINEARWORKFLOW { DEFAULT 1; }
+        LONG DOCUMENT_COLORPROFILE
+        {
+            CYCLE { DOCUMENT_COLORPROFILE_SRGB; DOCUMENT_COLORPROFILE_LINEAR; DOCUMENT_COLORPROFILE_DISABLED; }
+        }
+    }
+})",
+     R"(enum {
+    ID_DOCUMENTPROPERTIES = 806, DOCUMENT_COLORPROFILE = 2101, DOCUMENT_COLORPROFILE_SRGB = 0,
+    DOCUMENT_COLORPROFILE_LINEAR, DOCUMENT_COLORPROFILE_DISABLED, DOCUMENT_LINEARWORKFLOW = 2102,
+    DOCUMENT_DEFAULTMATERIAL_COLOR = 2112, DOCUMENT_DOCUNIT = 2117
+};)",
+     R"(STRINGTABLE Dbasedocument {
+    Dbasedocument "Document"; ID_DOCUMENTPROPERTIES "Document"; DOCUMENT_DOCUNIT "Unit";
+    DOCUMENT_DEFAULTMATERIAL_COLOR "Default Color"; DOCUMENT_LINEARWORKFLOW "Linear Workflow";
+    DOCUMENT_COLORPROFILE "Color Profile"; DOCUMENT_COLORPROFILE_SRGB "sRGB"; DOCUMENT_COLORPROFILE_LINEAR "Linear";
+    DOCUMENT_COLORPROFILE_DISABLED "None";
+})",
+     R"(STRINGTABLE Dbasedocument {
+    Dbasedocument "Dokument"; ID_DOCUMENTPROPERTIES "Dokument"; DOCUMENT_DOCUNIT "Einheit";
+    DOCUMENT_DEFAULTMATERIAL_COLOR "Vorgabefarbe"; DOCUMENT_LINEARWORKFLOW "Linearer Workflow";
+    DOCUMENT_COLORPROFILE "Farbprofil"; DOCUMENT_COLORPROFILE_SRGB "sRGB"; DOCUMENT_COLORPROFILE_LINEAR "Linear";
+    DOCUMENT_COLORPROFILE_DISABLED "Keines";
+})"},
+
+    {"Drendersettings", R"(
+CONTAINER Drendersettings
+{
+    NAME Drendersettings;
+    INCLUDE Obaselist;
+    GROUP ID_RENDERPROPERTIES { DEFAULT 1; LONG RDATA_RENDERENGINE { ANIM OFF; } }
+})",
+     "enum { ID_RENDERPROPERTIES = 807, RDATA_RENDERENGINE = 5300 };",
+     R"(STRINGTABLE Drendersettings {
+    Drendersettings "Render Settings"; ID_RENDERPROPERTIES "General"; RDATA_RENDERENGINE "Renderer";
+})",
+     R"(STRINGTABLE Drendersettings {
+    Drendersettings "Rendervoreinstellungen"; ID_RENDERPROPERTIES "Allgemein"; RDATA_RENDERENGINE "Renderer";
+})"},
+};
+
+struct TypeName {
+    int type;
+    std::string_view name;
+};
+
+constexpr TypeName kNamesOfTypes[] = {
+    {Tbaselist2d, "Obaselist"}, {Oinstance, "Oinstance"}, {Oxref, "Oxref"},     {Tphong, "Tphong"},
+    {Ttexture, "Ttexture"},     {Mmaterial, "Mmaterial"}, {Xbitmap, "Xbitmap"}, {Tbasedocument, "Dbasedocument"},
+    {Rbase, "Drendersettings"}, {Olayer, "Obaselist"},    {Mbase, "Mbase"},     {Xbase, "Xbase"},
+    {Fbase, "Fbase"},           {VPbase, "Obaselist"},
+};
+
+} // namespace
+
+const BaseDescription* FindBaseDescription(std::string_view name)
+{
+    const auto found = std::ranges::find(kDescriptions, name, &BaseDescription::name);
+    return found == std::end(kDescriptions) ? nullptr : found;
+}
+
+std::string_view BaseDescriptionName(int type)
+{
+    const auto found = std::ranges::find(kNamesOfTypes, type, &TypeName::type);
+    return found == std::end(kNamesOfTypes) ? std::string_view() : found->name;
+}
+
+} // namespace host

@@ -1,0 +1,341 @@
+// The facades of nodes in general.
+#include "core/document.h"
+#include "core/layer.h"
+#include "core/node.h"
+#include "core/node_class.h"
+
+using host::CoreOf;
+using host::FacadeOf;
+using host::NodeCore;
+
+// --- C4DAtom
+
+Int32 C4DAtom::GetType() const
+{
+    return core->Type();
+}
+
+Int32 C4DAtom::GetRealType() const
+{
+    return core->Type();
+}
+
+Int32 C4DAtom::GetDiskType() const
+{
+    return core->Type();
+}
+
+Int32 C4DAtom::GetClassification() const
+{
+    return host::BaseTypeOf(core->Kind());
+}
+
+Bool C4DAtom::IsInstanceOf(Int32 id) const
+{
+    return core->IsInstanceOf(id);
+}
+
+Bool C4DAtom::Message(Int32 type, void* data)
+{
+    return host::SendTo(*core, type, data);
+}
+
+Bool C4DAtom::MultiMessage(MULTIMSG_ROUTE flags, Int32 type, void* data)
+{
+    NodeCore* root = core;
+    switch (flags) {
+    case MULTIMSG_ROUTE_DOWN: host::SendBelow(*core, type, data); return true;
+    case MULTIMSG_ROUTE_UP:
+        for (NodeCore* node = core; node; node = node->Owner()) host::SendTo(*node, type, data);
+        return true;
+    case MULTIMSG_ROUTE_ROOT:
+    case MULTIMSG_ROUTE_BROADCAST:
+        while (NodeCore* owner = root->Owner()) root = owner;
+        if (flags == MULTIMSG_ROUTE_ROOT) return host::SendTo(*root, type, data);
+        host::SendBelow(*root, type, data);
+        return true;
+    default: return host::SendTo(*core, type, data);
+    }
+}
+
+C4DAtom* C4DAtom::GetClone(COPYFLAGS flags, AliasTrans* trn)
+{
+    return FacadeOf<C4DAtom>(host::CloneNode(*core, flags, trn));
+}
+
+Bool C4DAtom::CopyTo(C4DAtom* dst, COPYFLAGS flags, AliasTrans* trn)
+{
+    return dst && host::CopyNode(*core, *dst->core, flags, trn);
+}
+
+UInt32 C4DAtom::GetDirty(DIRTYFLAGS flags) const
+{
+    return core->Dirty(flags);
+}
+
+void C4DAtom::SetDirty(DIRTYFLAGS flags)
+{
+    core->Raise(flags);
+}
+
+// --- GeListNode
+
+GeListNode* GeListNode::GetNext()
+{
+    return FacadeOf<GeListNode>(core->next);
+}
+
+GeListNode* GeListNode::GetPred()
+{
+    return FacadeOf<GeListNode>(core->previous);
+}
+
+GeListNode* GeListNode::GetDown()
+{
+    return FacadeOf<GeListNode>(core->firstChild);
+}
+
+GeListNode* GeListNode::GetUp()
+{
+    return FacadeOf<GeListNode>(core->up);
+}
+
+GeListNode* GeListNode::GetDownLast()
+{
+    return FacadeOf<GeListNode>(core->lastChild);
+}
+
+void GeListNode::InsertBefore(GeListNode* node)
+{
+    if (node && node != this) node->core->InsertBefore(*core);
+}
+
+void GeListNode::InsertAfter(GeListNode* node)
+{
+    if (node && node != this) node->core->InsertBehind(*core);
+}
+
+void GeListNode::InsertUnder(GeListNode* node)
+{
+    if (node && node != this) node->core->InsertChild(*core, nullptr);
+}
+
+void GeListNode::InsertUnderLast(GeListNode* node)
+{
+    if (node && node != this) node->core->InsertChild(*core, node->core->lastChild);
+}
+
+void GeListNode::Remove()
+{
+    core->Unlink();
+}
+
+GeListHead* GeListNode::GetListHead()
+{
+    return FacadeOf<GeListHead>(core->List());
+}
+
+NodeData* GeListNode::GetNodeData(Int32 index)
+{
+    return index == 0 ? core->data : nullptr;
+}
+
+const NodeData* GeListNode::GetNodeData(Int32 index) const
+{
+    return index == 0 ? core->data : nullptr;
+}
+
+BaseDocument* GeListNode::GetDocument()
+{
+    return FacadeOf<BaseDocument>(core->Document());
+}
+
+Bool GeListNode::GetNBit(NBIT bit) const
+{
+    const auto position = static_cast<std::size_t>(bit);
+    return position < core->nodeBits.size() && core->nodeBits[position];
+}
+
+Bool GeListNode::ChangeNBit(NBIT bit, NBITCONTROL bitmode)
+{
+    const auto position = static_cast<std::size_t>(bit);
+    if (position >= core->nodeBits.size()) return false;
+    const bool before = core->nodeBits[position];
+    core->nodeBits[position] = bitmode == NBITCONTROL_TOGGLE ? !before : bitmode == NBITCONTROL_SET;
+    return core->nodeBits[position] != before;
+}
+
+Int32 GeListNode::GetInfo()
+{
+    return core->nodeClass->info;
+}
+
+// --- GeListHead
+
+GeListNode* GeListHead::GetFirst()
+{
+    return FacadeOf<GeListNode>(core->firstChild);
+}
+
+GeListNode* GeListHead::GetLast()
+{
+    return FacadeOf<GeListNode>(core->lastChild);
+}
+
+void GeListHead::InsertFirst(GeListNode* node)
+{
+    core->InsertChild(*CoreOf(node), nullptr);
+}
+
+void GeListHead::InsertLast(GeListNode* node)
+{
+    core->InsertChild(*CoreOf(node), core->lastChild);
+}
+
+void GeListHead::FlushAll()
+{
+    CoreOf(this)->Flush();
+}
+
+GeListNode* GeListHead::GetParent()
+{
+    return FacadeOf<GeListNode>(CoreOf(this)->owner);
+}
+
+// --- BaseList2D
+
+BaseList2D* BaseList2D::Alloc(Int32 type)
+{
+    return FacadeOf<BaseList2D>(host::AllocNode(type));
+}
+
+void BaseList2D::Free(BaseList2D*& node)
+{
+    host::FreeNode(CoreOf(node));
+    node = nullptr;
+}
+
+BaseList2D* BaseList2D::GetNext()
+{
+    return FacadeOf<BaseList2D>(core->next);
+}
+
+BaseList2D* BaseList2D::GetPred()
+{
+    return FacadeOf<BaseList2D>(core->previous);
+}
+
+String BaseList2D::GetName() const
+{
+    return core->name;
+}
+
+void BaseList2D::SetName(const String& name)
+{
+    if (name == core->name) return;
+    core->name = name;
+    core->Raise(DIRTYFLAGS_DATA);
+}
+
+String BaseList2D::GetTypeName()
+{
+    return core->nodeClass->name;
+}
+
+BaseContainer BaseList2D::GetData()
+{
+    return core->container;
+}
+
+BaseContainer* BaseList2D::GetDataInstance()
+{
+    return &core->container;
+}
+
+const BaseContainer* BaseList2D::GetDataInstance() const
+{
+    return &core->container;
+}
+
+void BaseList2D::SetData(const BaseContainer& bc, Bool add)
+{
+    if (add) core->container.MergeContainer(bc);
+    else core->container = bc;
+    core->Raise(DIRTYFLAGS_DATA);
+}
+
+void BaseList2D::SetBit(Int32 mask)
+{
+    core->bits |= mask;
+}
+
+Bool BaseList2D::GetBit(Int32 mask) const
+{
+    return (core->bits & mask) != 0;
+}
+
+void BaseList2D::DelBit(Int32 mask)
+{
+    core->bits &= ~mask;
+}
+
+void BaseList2D::ToggleBit(Int32 mask)
+{
+    core->bits ^= mask;
+}
+
+Int32 BaseList2D::GetAllBits() const
+{
+    return core->bits;
+}
+
+void BaseList2D::SetAllBits(Int32 mask)
+{
+    core->bits = mask;
+}
+
+BaseShader* BaseList2D::GetFirstShader() const
+{
+    return FacadeOf<BaseShader>(core->FirstShader());
+}
+
+void BaseList2D::InsertShader(BaseShader* shader, BaseShader* pred)
+{
+    core->Shaders().Insert(*CoreOf(shader), pred ? CoreOf(pred) : nullptr);
+}
+
+LayerObject* BaseList2D::GetLayerObject(BaseDocument* doc)
+{
+    return FacadeOf<LayerObject>(host::LayerOf(*core, CoreOf(doc)));
+}
+
+Bool BaseList2D::SetLayerObject(LayerObject* layer)
+{
+    host::SetLayer(*core, CoreOf(layer));
+    return true;
+}
+
+const LayerData* BaseList2D::GetLayerData(BaseDocument* doc, Bool rawdata)
+{
+    const host::LayerCore* layer = host::LayerOf(*core, CoreOf(doc));
+    return layer ? (rawdata ? &layer->settings : &layer->Effective()) : nullptr;
+}
+
+Bool BaseList2D::SetLayerData(BaseDocument* doc, const LayerData& data)
+{
+    host::LayerCore* layer = host::LayerOf(*core, CoreOf(doc));
+    if (!layer) return false;
+    layer->settings = data;
+    layer->Raise(DIRTYFLAGS_DATA);
+    return true;
+}
+
+BasePlugin* BasePlugin::GetNext()
+{
+    return FacadeOf<BasePlugin>(core->next);
+}
+
+BasePlugin* BasePlugin::GetPred()
+{
+    return FacadeOf<BasePlugin>(core->previous);
+}

@@ -1,0 +1,133 @@
+#include "view/projection.h"
+
+#include "c4d_basedraw.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace host {
+namespace {
+
+constexpr Float kEye = 1e-9;        // a depth that counts as the eye itself
+constexpr Float kFilledShare = 0.9; // of the frame by what is framed
+constexpr Float kSmallestExtent = 1e-3;
+
+Float depthForDivision(Float depth)
+{
+    return std::abs(depth) > kEye ? depth : std::copysign(kEye, depth);
+}
+
+// Keeps the part of begin-end where `inside` (linear along the line) is not negative.
+bool clipBy(Float insideBegin, Float insideEnd, Vector& begin, Vector& end)
+{
+    if (insideBegin < 0 && insideEnd < 0) return false;
+    const Vector along = end - begin;
+    const Float crossing = insideBegin / (insideBegin - insideEnd);
+    if (insideBegin < 0)
+        begin += along * crossing;
+    else if (insideEnd < 0)
+        end = begin + along * crossing;
+    return true;
+}
+
+} // namespace
+
+Vector ScreenFromCamera(const ViewFrame& frame, const Vector& p)
+{
+    const Float scale = frame.perspective ? frame.pixelsPerUnit / depthForDivision(p.z) : frame.pixelsPerUnit;
+    return Vector(frame.width / 2.0 + p.x * scale, frame.height / 2.0 - p.y * scale, p.z);
+}
+
+Vector CameraFromScreen(const ViewFrame& frame, const Vector& p)
+{
+    const Float scale = UnitsPerPixel(frame, p.z);
+    return Vector((p.x - frame.width / 2.0) * scale, (frame.height / 2.0 - p.y) * scale, p.z);
+}
+
+Float UnitsPerPixel(const ViewFrame& frame, Float depth)
+{
+    return frame.perspective ? depth / frame.pixelsPerUnit : 1 / frame.pixelsPerUnit;
+}
+
+bool ClipDepth(Float nearest, Vector& begin, Vector& end)
+{
+    return clipBy(begin.z - nearest, end.z - nearest, begin, end);
+}
+
+bool ClipScreen(const ViewFrame& frame, Vector& begin, Vector& end)
+{
+    return clipBy(begin.x, end.x, begin, end) && clipBy(begin.y, end.y, begin, end) &&
+           clipBy(frame.width - begin.x, frame.width - end.x, begin, end) &&
+           clipBy(frame.height - begin.y, frame.height - end.y, begin, end);
+}
+
+void Extent::add(const Vector& point)
+{
+    if (empty()) {
+        minimum = maximum = point;
+        return;
+    }
+    minimum = Vector(std::min(minimum.x, point.x), std::min(minimum.y, point.y), std::min(minimum.z, point.z));
+    maximum = Vector(std::max(maximum.x, point.x), std::max(maximum.y, point.y), std::max(maximum.z, point.z));
+}
+
+void Extent::add(const Matrix& matrix, const Vector& centre, const Vector& radius)
+{
+    Extent local;
+    local.add(centre - radius);
+    local.add(centre + radius);
+    for (int i = 0; i < 8; ++i) add(matrix * local.corner(i));
+}
+
+Vector Extent::corner(int index) const
+{
+    return Vector(index & 1 ? maximum.x : minimum.x, index & 2 ? maximum.y : minimum.y,
+                  index & 4 ? maximum.z : minimum.z);
+}
+
+Matrix CameraAxes(Float turn, Float elevation)
+{
+    const Float ct = std::cos(turn), st = std::sin(turn), ce = std::cos(elevation), se = std::sin(elevation);
+    return Matrix(Vector(), Vector(ct, 0, st), Vector(-st * se, ce, ct * se), Vector(-st * ce, -se, ct * ce));
+}
+
+bool AxisViewAxes(Int32 projection, Matrix& axes)
+{
+    switch (projection) {
+    case Pleft: axes = Matrix(Vector(), Vector(0, 0, -1), Vector(0, 1, 0), Vector(1, 0, 0)); return true;
+    case Pright: axes = Matrix(Vector(), Vector(0, 0, 1), Vector(0, 1, 0), Vector(-1, 0, 0)); return true;
+    case Pfront: axes = Matrix(); return true;
+    case Pback: axes = Matrix(Vector(), Vector(-1, 0, 0), Vector(0, 1, 0), Vector(0, 0, -1)); return true;
+    case Ptop: axes = Matrix(Vector(), Vector(1, 0, 0), Vector(0, 0, 1), Vector(0, -1, 0)); return true;
+    case Pbottom: axes = Matrix(Vector(), Vector(1, 0, 0), Vector(0, 0, -1), Vector(0, 1, 0)); return true;
+    default: return false;
+    }
+}
+
+void FrameExtent(const Extent& extent, Float distanceFactor, ViewFrame& frame)
+{
+    if (extent.empty() || frame.width < 1 || frame.height < 1) return;
+
+    Matrix& camera = frame.worldFromCamera;
+    camera.off = (extent.minimum + extent.maximum) * 0.5;
+    const Matrix cameraFromWorld = ~camera;
+    const Float halfWidth = kFilledShare * frame.width / 2, halfHeight = kFilledShare * frame.height / 2;
+    Float distance = kSmallestExtent, pixels = 1 / kSmallestExtent, deepest = 0;
+    for (int i = 0; i < 8; ++i) {
+        const Vector corner = cameraFromWorld * extent.corner(i);
+        const Float x = std::abs(corner.x), y = std::abs(corner.y);
+        distance = std::max({distance, x * frame.pixelsPerUnit / halfWidth - corner.z,
+                             y * frame.pixelsPerUnit / halfHeight - corner.z});
+        if (x > 0) pixels = std::min(pixels, halfWidth / x);
+        if (y > 0) pixels = std::min(pixels, halfHeight / y);
+        deepest = std::max(deepest, corner.z);
+    }
+    if (frame.perspective) {
+        camera.off -= camera.v3 * (distance * distanceFactor);
+        return;
+    }
+    frame.pixelsPerUnit = pixels / distanceFactor;
+    camera.off -= camera.v3 * (2 * deepest + 1);
+}
+
+} // namespace host
