@@ -8,6 +8,19 @@ using host::CoreOf;
 using host::FacadeOf;
 using host::NodeCore;
 
+namespace {
+
+// Makes a node ready to be put beside or below `place`. False if that cannot be: one of them is missing, or the node
+// would come to stand below itself.
+bool takeOut(NodeCore* node, const NodeCore* place)
+{
+    if (!node || !place || node->Contains(*place)) return false;
+    node->Unlink();
+    return true;
+}
+
+} // namespace
+
 // --- C4DAtom
 
 Int32 C4DAtom::GetType() const
@@ -107,22 +120,22 @@ GeListNode* GeListNode::GetDownLast()
 
 void GeListNode::InsertBefore(GeListNode* node)
 {
-    if (node && node != this) node->core->InsertBefore(*core);
+    if (takeOut(core, CoreOf(node))) node->core->InsertBefore(*core);
 }
 
 void GeListNode::InsertAfter(GeListNode* node)
 {
-    if (node && node != this) node->core->InsertBehind(*core);
+    if (takeOut(core, CoreOf(node))) node->core->InsertBehind(*core);
 }
 
 void GeListNode::InsertUnder(GeListNode* node)
 {
-    if (node && node != this) node->core->InsertChild(*core, nullptr);
+    if (takeOut(core, CoreOf(node))) node->core->InsertChild(*core, nullptr);
 }
 
 void GeListNode::InsertUnderLast(GeListNode* node)
 {
-    if (node && node != this) node->core->InsertChild(*core, node->core->lastChild);
+    if (takeOut(core, CoreOf(node))) node->core->InsertChild(*core, node->core->lastChild);
 }
 
 void GeListNode::Remove()
@@ -184,12 +197,12 @@ GeListNode* GeListHead::GetLast()
 
 void GeListHead::InsertFirst(GeListNode* node)
 {
-    core->InsertChild(*CoreOf(node), nullptr);
+    if (takeOut(CoreOf(node), core)) core->InsertChild(*CoreOf(node), nullptr);
 }
 
 void GeListHead::InsertLast(GeListNode* node)
 {
-    core->InsertChild(*CoreOf(node), core->lastChild);
+    if (takeOut(CoreOf(node), core)) core->InsertChild(*CoreOf(node), core->lastChild);
 }
 
 void GeListHead::FlushAll()
@@ -259,8 +272,10 @@ const BaseContainer* BaseList2D::GetDataInstance() const
 
 void BaseList2D::SetData(const BaseContainer& bc, Bool add)
 {
-    if (add) core->container.MergeContainer(bc);
-    else core->container = bc;
+    if (add)
+        core->container.MergeContainer(bc);
+    else
+        core->container = bc;
     core->Raise(DIRTYFLAGS_DATA);
 }
 
@@ -301,7 +316,8 @@ BaseShader* BaseList2D::GetFirstShader() const
 
 void BaseList2D::InsertShader(BaseShader* shader, BaseShader* pred)
 {
-    core->Shaders().Insert(*CoreOf(shader), pred ? CoreOf(pred) : nullptr);
+    host::ListCore& shaders = core->Shaders();
+    if (takeOut(CoreOf(shader), &shaders)) shaders.Insert(*CoreOf(shader), CoreOf(pred));
 }
 
 LayerObject* BaseList2D::GetLayerObject(BaseDocument* doc)
@@ -328,14 +344,4 @@ Bool BaseList2D::SetLayerData(BaseDocument* doc, const LayerData& data)
     layer->settings = data;
     layer->Raise(DIRTYFLAGS_DATA);
     return true;
-}
-
-BasePlugin* BasePlugin::GetNext()
-{
-    return FacadeOf<BasePlugin>(core->next);
-}
-
-BasePlugin* BasePlugin::GetPred()
-{
-    return FacadeOf<BasePlugin>(core->previous);
 }

@@ -280,8 +280,10 @@ bool insert(host::ListCore& list, NodeCore* node, NodeCore* parent, NodeCore* pr
     if (!node || node == predecessor || (parent && node->Contains(*parent))) return false;
     if (predecessor && (!predecessor->IsLinked() || node->Contains(*predecessor))) predecessor = nullptr;
     node->Unlink();
-    if (predecessor) predecessor->InsertBehind(*node);
-    else (parent ? *parent : list).InsertChild(*node, nullptr);
+    if (predecessor)
+        predecessor->InsertBehind(*node);
+    else
+        (parent ? *parent : list).InsertChild(*node, nullptr);
     return true;
 }
 
@@ -343,7 +345,8 @@ Bool BaseDocument::AddUndo(UNDOTYPE type, void* data)
 Bool BaseDocument::DoUndo(Bool multiple)
 {
     bool any = CoreOf(this)->undo.undo();
-    while (multiple && any && CoreOf(this)->undo.undo()) {}
+    while (multiple && any && CoreOf(this)->undo.undo()) {
+    }
     return any;
 }
 

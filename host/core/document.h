@@ -32,7 +32,7 @@ struct DocumentCore : NodeCore {
     Filename fileName; // within the folder
     BaseTime time;
     bool changed = false;
-    bool passDue = false; // the last evaluation was broken off
+    bool passDue = false;          // the last evaluation was broken off
     std::vector<Marker> selection; // of objects, in the order in which they became active
     UndoStack undo{*this};
 };

@@ -32,8 +32,8 @@ private:
 };
 
 /// Reads a scene into a document of its own and tells its nodes. The caller's; null on failure.
-BaseDocument* ReadDocument(const Filename& name);
-/// The same, entered into the list and made active.
+BaseDocument* ReadDocument(const Filename& name, SCENEFILTER flags);
+/// The same, entered into the list and made active; of the file everything is taken.
 BaseDocument* OpenDocument(const Filename& name);
 /// Adds what a scene file holds to a document, in one undo step unless `flags` say otherwise.
 bool MergeScene(BaseDocument& document, const Filename& name, SCENEFILTER flags);
@@ -48,7 +48,8 @@ struct ProjectReport {
 };
 
 /// Saves the document under `name` together with the files that it needs, in the same folder, so that the folder can be
-/// moved. Missing files are no failure.
+/// moved. Missing files are no failure. If the scene cannot be written at the end, the document stays unsaved, with the
+/// new folder as its own: its nodes know their files by bare names then, and there they are found.
 bool SaveProject(BaseDocument& document, const Filename& name, ProjectReport& report);
 
 } // namespace host

@@ -74,8 +74,8 @@ private:
         if (options.caches) flags |= EXECUTIONFLAGS_CACHEBUILDING;
         if (options.flags & (BUILDFLAGS_INTERNALRENDERER | BUILDFLAGS_EXTERNALRENDERER)) flags |= EXECUTIONFLAGS_RENDER;
         return static_cast<SceneHookData*>(hook.data)->Execute(hook.As<BaseSceneHook>(), document.As<BaseDocument>(),
-                                                               options.thread, hook.nodeClass->priority, flags)
-               == EXECUTIONRESULT_OK;
+                                                               options.thread, hook.nodeClass->priority,
+                                                               flags) == EXECUTIONRESULT_OK;
     }
 
     // False: broken off.
@@ -115,8 +115,8 @@ private:
     bool generate(ObjectCore& object)
     {
         if (!object.data) return true;
-        HierarchyHelp help = NodeCore::MakeHierarchyHelp(document.As<BaseDocument>(), options.thread, options.flags,
-                                                         object.Global());
+        HierarchyHelp help =
+            NodeCore::MakeHierarchyHelp(document.As<BaseDocument>(), options.thread, options.flags, object.Global());
         BaseObject* answer = static_cast<ObjectData*>(object.data)->GetVirtualObjects(object.As<BaseObject>(), &help);
         ObjectCore* root = CoreOf(answer);
 

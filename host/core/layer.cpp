@@ -37,7 +37,7 @@ bool LayerCore::CopyBodyTo(NodeCore& copy, COPYFLAGS flags, AliasTrans* translat
 }
 
 // The switches in the order in which files keep them.
-static constexpr Bool LayerData::* kSwitches[] = {
+static constexpr Bool LayerData::*kSwitches[] = {
     &LayerData::solo,       &LayerData::view,      &LayerData::render,      &LayerData::manager,   &LayerData::locked,
     &LayerData::generators, &LayerData::deformers, &LayerData::expressions, &LayerData::animation, &LayerData::xref};
 
@@ -65,8 +65,10 @@ LayerCore* LayerOf(const NodeCore& node, const DocumentCore* document)
 void SetLayer(NodeCore& node, LayerCore* layer)
 {
     if (layer == LayerOf(node, nullptr)) return;
-    if (layer) node.container.SetLink(kLayerLink, layer->As<C4DAtomGoal>());
-    else node.container.RemoveData(kLayerLink);
+    if (layer)
+        node.container.SetLink(kLayerLink, layer->As<C4DAtomGoal>());
+    else
+        node.container.RemoveData(kLayerLink);
 }
 
 } // namespace host

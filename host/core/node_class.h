@@ -16,7 +16,7 @@
 
 #include <map>
 #include <memory>
-#include <optional>
+#include <string_view>
 #include <vector>
 
 namespace host {
@@ -39,12 +39,12 @@ struct NodeClass {
     Int32 id = 0;
     NodeKind kind = NodeKind::Object;
     NodeMaker make = nullptr;
-    String name;         // given to new nodes
-    Int32 info = 0;      // OBJECT_..., TAG_..., PLUGINFLAG_...
-    String description;  // resource name; empty: none
-    Int32 diskLevel = 0; // written with each node's own data
+    String name{};        // given to new nodes
+    Int32 info = 0;       // OBJECT_..., TAG_..., PLUGINFLAG_...
+    String description{}; // resource name; empty: none
+    Int32 diskLevel = 0;  // written with each node's own data
     DataAllocator* allocator = nullptr;
-    std::vector<Int32> bases;                  // what IsInstanceOf accepts beside the id: Obase, Opoint, ...
+    std::vector<Int32> bases{};                // what IsInstanceOf accepts beside the id: Obase, Opoint, ...
     void (*prepare)(NodeCore& node) = nullptr; // sets a fresh node's parameters, before the data's Init
     Int32 priority = 0;                        // of a scene hook's Execute
     BaseBitmap* icon = nullptr;                // owned by the registry; null: none
@@ -67,6 +67,14 @@ struct PluginCore : NodeCore {
     Int32 info = 0;
     Filename file;             // of the module that registered it; empty for the host's own
     void* structure = nullptr; // the plug-in class object, where there is one
+};
+
+struct EntryCore : NodeCore {
+    explicit EntryCore(const NodeClass& nodeClass);
+
+    Int32 subId = 0;
+    REGISTRYTYPE mainId = REGISTRYTYPE_ANY;
+    void* record = nullptr;
 };
 
 class Registrations : public ApplicationPart {
@@ -94,24 +102,26 @@ public:
     bool EnterCustomData(const String& name, Int32 info, CustomDataTypeClass* type, Int32 diskLevel);
     const CustomDataClass* FindCustomData(Int32 id) const;
     /// By the keyword of resource files.
-    const CustomDataClass* FindCustomData(const String& resourceSymbol) const;
+    const CustomDataClass* FindCustomData(std::string_view keyword) const;
 
     /// An entry of the plug-in list; null if the type has the id already.
     PluginCore* EnterPlugin(PLUGINTYPE type, Int32 id, const String& name, Int32 info, void* structure = nullptr);
+    /// PLUGINTYPE_ANY takes whichever type has the id.
     PluginCore* FindPlugin(Int32 id, PLUGINTYPE type) const;
-    ListCore& Plugins() const { return *plugins; }
+    ListCore& Plugins() { return plugins; }
 
-    bool AddEntry(Int32 subId, REGISTRYTYPE mainId, void* entry);
+    /// Records that plug-ins offer to each other; they stay their owners'.
+    bool AddEntry(Int32 subId, REGISTRYTYPE mainId, void* record);
     bool RemoveEntry(Int32 subId, REGISTRYTYPE mainId);
-    ListCore& Entries() const { return *entries; }
+    EntryCore* FindEntry(Int32 subId, REGISTRYTYPE mainId);
 
 private:
     Filename module;
     std::vector<std::unique_ptr<NodeClass>> classes;
     std::map<std::pair<NodeKind, Int32>, const NodeClass*> classesById;
     std::map<Int32, CustomDataClass> customData;
-    std::unique_ptr<ListCore> plugins;
-    std::unique_ptr<ListCore> entries;
+    ListCore plugins;
+    ListCore entries;
 };
 
 /// The plug-in type that registers nodes of the kind; PLUGINTYPE_ANY for kinds that only the host makes.
@@ -123,8 +133,8 @@ CustomDataTypeClass* FindCustomDataType(Int32 id);
 Int32 CustomDataDiskLevel(Int32 id);
 
 // The host's own classes, entered by the registry's constructor. Each group stands in the file of its cores.
-void EnterNodeClasses(Registrations& registry);     // lists, null and instance objects, plain tags, plug-in nodes
-void EnterMaterialClasses(Registrations& registry); // materials, shaders, layers, render settings, layer sets
+void EnterNodeClasses(Registrations& registry);     // objects and tags without data of their own, layers
+void EnterMaterialClasses(Registrations& registry); // materials, shaders, render settings
 void EnterGeometryClasses(Registrations& registry); // point and polygon objects, tags with data
 void EnterDocumentClasses(Registrations& registry); // documents, unit scales
 void EnterViewClasses(Registrations& registry);     // views, cameras

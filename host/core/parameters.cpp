@@ -51,8 +51,10 @@ bool wholeValue(const NodeCore& node, Int32 id, GeData& whole)
 // What is going to be stored: `value` itself, or the present whole with `value` in a part of it.
 bool composeWhole(const NodeCore& node, const DescID& id, const GeData& value, DESCFLAGS_SET flags, GeData& whole)
 {
-    if (id.GetDepth() == 1) whole = value;
-    else if (!wholeValue(node, id[0].id, whole) || !SetPart(whole, id << 1, value)) return false;
+    if (id.GetDepth() == 1)
+        whole = value;
+    else if (!wholeValue(node, id[0].id, whole) || !SetPart(whole, id << 1, value))
+        return false;
 
     const StaticDescription* description = FindDescription(node.Type());
     const DescribedParameter* parameter = description ? description->find(id[0].id) : nullptr;
@@ -153,9 +155,12 @@ bool ConvertTo(Int32 dataType, GeData& value)
     case DTYPE_LONG:
     case DTYPE_REAL:
         if (!isNumber(value)) return false;
-        if (dataType == DTYPE_REAL) value = GeData(value.GetFloat());
-        else if (dataType == DTYPE_LONG) value = GeData(value.GetInt32());
-        else value = GeData(Int32(value.GetFloat() != 0));
+        if (dataType == DTYPE_REAL)
+            value = GeData(value.GetFloat());
+        else if (dataType == DTYPE_LONG)
+            value = GeData(value.GetInt32());
+        else
+            value = GeData(Int32(value.GetFloat() != 0));
         return true;
     case DTYPE_TIME:
         if (isNumber(value)) value = GeData(BaseTime(value.GetFloat()));

@@ -72,8 +72,10 @@ void select(DocumentCore& document, const std::vector<NodeCore*>& active, NodeCo
     if (mode == SELECTION_NEW) {
         for (NodeCore* other : active) other->bits &= ~BIT_ACTIVE;
     }
-    if (node && mode == SELECTION_SUB) node->bits &= ~BIT_ACTIVE;
-    else if (node) node->bits |= BIT_ACTIVE;
+    if (node && mode == SELECTION_SUB)
+        node->bits &= ~BIT_ACTIVE;
+    else if (node)
+        node->bits |= BIT_ACTIVE;
     document.Raise(count);
 }
 

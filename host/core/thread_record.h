@@ -12,8 +12,8 @@ namespace host {
 
 class ThreadRecord {
 public:
-    /// Runs the Main() of `body`, which outlives this record but for its own end.
-    explicit ThreadRecord(C4DThread& body);
+    /// Starts the Main() of `runs`, which outlives this record but for its own end.
+    explicit ThreadRecord(C4DThread& runs);
     ThreadRecord(const ThreadRecord&) = delete;
     ThreadRecord& operator=(const ThreadRecord&) = delete;
     ~ThreadRecord();

@@ -10,7 +10,7 @@ thread_local BaseThread* currentThread = nullptr;
 
 } // namespace
 
-ThreadRecord::ThreadRecord(C4DThread& thread) : body(thread), facade(*this)
+ThreadRecord::ThreadRecord(C4DThread& runs) : body(runs), facade(*this)
 {
 }
 

@@ -133,8 +133,8 @@ private:
             NodeCore* member = revive(state);
             if (!member || member->Contains(owner)) continue; // it went above its owner, by ways not recorded
             if (alive) restore(*member, state);
-            const bool inPlace = member->IsLinked() && member->previous == last
-                                 && (member->up == &owner || member->list == &owner);
+            const bool inPlace =
+                member->IsLinked() && member->previous == last && (member->up == &owner || member->list == &owner);
             if (!inPlace) {
                 member->Unlink();
                 owner.InsertChild(*member, last);
@@ -269,8 +269,10 @@ void UndoStack::swapExistence(Record& record)
 
 void UndoStack::swap(Record& record)
 {
-    if (record.kind == Kind::Existence) swapExistence(record);
-    else swapContent(record);
+    if (record.kind == Kind::Existence)
+        swapExistence(record);
+    else
+        swapContent(record);
 }
 
 void UndoStack::afterSwap(Int32 message)

@@ -6,11 +6,7 @@
 
 class C4dMessageHandler final : public vdt::MessageHandler {
 public:
-    /// `thread` is the host's thread that does the work, null if nobody can stop it. With `showDialogs` errors come up
-    /// in boxes, which is for the main thread only.
-    explicit C4dMessageHandler(BaseThread* thread = nullptr, Bool showDialogs = false)
-        : thread(thread),
-          showDialogs(showDialogs)
+    explicit C4dMessageHandler(BaseThread* runsOn = nullptr, Bool mayAsk = false) : thread(runsOn), showDialogs(mayAsk)
     {
     }
 
@@ -23,6 +19,6 @@ public:
     void debug(std::string_view) override {}
     bool isCancelled() override;
 
-    BaseThread* thread;
-    Bool showDialogs;
+    BaseThread* thread; // the host's, which does the work; null: nobody can stop it
+    Bool showDialogs;   // errors come up in boxes: for the main thread only
 };

@@ -11,6 +11,7 @@ namespace {
 
 using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::Not;
 
 std::vector<std::string> calls; // "A1" for action 1 of module A, "A:1000" for a message
 std::string pathsTold;

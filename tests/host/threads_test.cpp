@@ -15,7 +15,7 @@ namespace {
 
 class Job : public C4DThread {
 public:
-    explicit Job(std::function<void(Job&)> work) : work(std::move(work)) {}
+    explicit Job(std::function<void(Job&)> does) : work(std::move(does)) {}
     ~Job() override { End(); }
     void Main() override { work(*this); }
     const Char* GetThreadName() override { return "job"; }

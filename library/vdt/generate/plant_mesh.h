@@ -12,6 +12,10 @@
 
 namespace vdt {
 
+/// Subdivision that would make more of branches than this is done to fewer levels: such a mesh fits no memory, and no
+/// host.
+constexpr uint64_t kMostBranchPolygons = uint64_t{1} << 26;
+
 struct PlantMeshOptions {
     std::string_view season{};    // empty: foliage without a season alone
     int32_t subdivisionLevel = 1; // of the trunk; below 0 counts as 0

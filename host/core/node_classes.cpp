@@ -1,0 +1,44 @@
+// The host's own classes that need no data beyond their kind's.
+#include "core/layer.h"
+#include "core/material.h"
+#include "core/node_class.h"
+#include "core/object.h"
+#include "drendersettings.h"
+#include "mmaterial.h"
+
+namespace host {
+
+void EnterNodeClasses(Registrations& registry)
+{
+    struct Plain {
+        Int32 id;
+        const char* name;
+    };
+    for (const Plain& object : {Plain{Onull, "Null"}, {Oinstance, "Instance"}, {Ocamera, "Camera"}, {Oxref, "XRef"}}) {
+        registry.EnterClass(
+            {.id = object.id, .kind = NodeKind::Object, .make = MakeCore<ObjectCore>, .name = object.name});
+    }
+    registry.EnterClass(
+        {.id = Tphong, .kind = NodeKind::Tag, .make = MakeCore<TagCore>, .name = "Phong", .info = kTagVisible});
+    registry.EnterClass({.id = Olayer, .kind = NodeKind::Layer, .make = MakeCore<LayerCore>, .name = "Layer"});
+}
+
+void EnterMaterialClasses(Registrations& registry)
+{
+    registry.EnterClass(
+        {.id = Mmaterial,
+         .kind = NodeKind::Material,
+         .make = MakeCore<MaterialCore>,
+         .name = "Mat",
+         .prepare = [](NodeCore& node) { node.container.SetVector(MATERIAL_COLOR_COLOR, Vector(0.8)); }});
+    registry.EnterClass({.id = Xbitmap, .kind = NodeKind::Shader, .make = MakeCore<ShaderCore>, .name = "Bitmap"});
+    registry.EnterClass({.id = Xcolor, .kind = NodeKind::Shader, .make = MakeCore<ShaderCore>, .name = "Color"});
+    registry.EnterClass(
+        {.id = Rbase,
+         .kind = NodeKind::RenderData,
+         .make = MakeCore<RenderDataCore>,
+         .name = "My Render Setting",
+         .prepare = [](NodeCore& node) { node.container.SetInt32(RDATA_RENDERENGINE, RDATA_RENDERENGINE_STANDARD); }});
+}
+
+} // namespace host
