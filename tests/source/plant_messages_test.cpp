@@ -103,7 +103,7 @@ TEST_F(PlantMessages, AMissingFileIsAskedForAndChecked)
         bool accepted;
     };
     // By the last suffix in any case, or by the end of the path as it is written.
-    const Row rows[] = {{"found/oak.vdt", true},     {"found/OAK.VDT", true}, {"found/oak.vdt.gz", true},
+    const Row rows[] = {{"found/oak.vdt", true},     {"found/OAK.VDT", true},  {"found/oak.vdt.gz", true},
                         {"found/oak.VDT.GZ", false}, {"found/oak.txt", false}, {"vdt.gz", true},
                         {"found/oak", false},        {nullptr, false}};
     for (const Row& row : rows) {

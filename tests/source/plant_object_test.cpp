@@ -1,6 +1,5 @@
-#include "plant/plant_object.h"
-
 #include "customgui_unitscale.h"
+#include "plant/plant_object.h"
 #include "selection/models_being_read.h"
 #include "support/model_cache.h"
 #include "support/plant_scene.h"
@@ -89,8 +88,8 @@ TEST_F(PlantObject, ParametersAreEnabledByTheirRules)
         Int32 changed, value;
         std::vector<Int32> on, off;
     };
-    const std::vector<Int32> geometry = {PLANT_FOLIAGE_THINNING, PLANT_LIMIT_LEVEL,       PLANT_LIMIT_RADIUS,
-                                         PLANT_FOLIAGE_AMOUNT,   PLANT_SUBDIVISION_MODE,  PLANT_SUBDIVISION_LEVEL,
+    const std::vector<Int32> geometry = {PLANT_FOLIAGE_THINNING, PLANT_LIMIT_LEVEL,      PLANT_LIMIT_RADIUS,
+                                         PLANT_FOLIAGE_AMOUNT,   PLANT_SUBDIVISION_MODE, PLANT_SUBDIVISION_LEVEL,
                                          PLANT_DISPLAY_MODE};
     const std::vector<Int32> cloud = {PLANT_CLOUD_OPTION_A, PLANT_CLOUD_SHADING, PLANT_CLOUD_OPTION_B};
     const Row rows[] = {{PLANT_LIMIT_LEVEL, 1, {PLANT_MAX_LEVEL}, {PLANT_MIN_RADIUS}},

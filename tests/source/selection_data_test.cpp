@@ -1,7 +1,6 @@
-#include "lib_net.h"
-
 #include "core/network.h"
 #include "dvdtselection.h"
+#include "lib_net.h"
 #include "selection/models_being_read.h"
 #include "selection/selection_data_type.h"
 #include "support/model_cache.h"

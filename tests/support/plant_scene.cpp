@@ -58,11 +58,10 @@ std::string OakText(std::string_view unit, std::string_view stub)
            "<material matid=\"1\" name=\"bark\"><diffuse color=\"0.5 0.25 0.125\"/></material>"
            "<material matid=\"2\" name=\"leaf\"><diffuse color=\"0.25 0.75 0.125\"/></material></materials>"
            "<model name=\"young\"><label lang=\"en\">Young</label>" +
-           seasons("summer", "autumn", 2) + skeleton("2 3 4 5 3", "1 1 1 2 2") + leaf(1, "summer") +
-           leaf(2, "autumn") + leaf(2, "") + "</model><model name=\"adult\" default=\"true\" extref=\"" +
-           std::string(stub) + "\"><label lang=\"de\">Alt</label><bound>-5 0 -6 7 40 8</bound>" +
-           std::string(kProxies) + "</model><model>" + skeleton("2 3 4", "1 1 1") + leaf(1, "") +
-           "</model></plant></verdanth>";
+           seasons("summer", "autumn", 2) + skeleton("2 3 4 5 3", "1 1 1 2 2") + leaf(1, "summer") + leaf(2, "autumn") +
+           leaf(2, "") + "</model><model name=\"adult\" default=\"true\" extref=\"" + std::string(stub) +
+           "\"><label lang=\"de\">Alt</label><bound>-5 0 -6 7 40 8</bound>" + std::string(kProxies) +
+           "</model><model>" + skeleton("2 3 4", "1 1 1") + leaf(1, "") + "</model></plant></verdanth>";
 }
 
 std::string OakAdultText()
