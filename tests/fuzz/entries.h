@@ -15,5 +15,6 @@ std::string FuzzPlant(std::string_view input);
 
 // Of the host, where it is built.
 std::string FuzzResource(std::string_view input);
+std::string FuzzScene(std::string_view input);
 
 } // namespace vdt::test

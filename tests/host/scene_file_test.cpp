@@ -7,6 +7,8 @@
 #include "core/string_access.h"
 #include "customgui_unitscale.h"
 #include "ddoc.h"
+#include "fuzz/entries.h"
+#include "fuzz/replay.h"
 #include "oinstance.h"
 #include "support/note_plugin.h"
 #include "support/test_host.h"
@@ -282,6 +284,11 @@ TEST_F(Scenes, SurviveDamageAndWhatIsLeftCanBeSavedAgain)
         EXPECT_LE(other.nodeCount(), scene.nodeCount());
     }
     EXPECT_GT(kept, kRounds * 9u / 10);
+}
+
+TEST_F(Scenes, OfTheCorpusKeepTheirPromises)
+{
+    vdt::test::ReplayCorpus("scene", vdt::test::FuzzScene);
 }
 
 TEST_F(Scenes, ThatCannotBeSavedLeaveTheOldFile)
