@@ -17,19 +17,6 @@ Float depthForDivision(Float depth)
     return std::abs(depth) > kEye ? depth : std::copysign(kEye, depth);
 }
 
-// Keeps the part of begin-end where `inside` (linear along the line) is not negative.
-bool clipBy(Float insideBegin, Float insideEnd, Vector& begin, Vector& end)
-{
-    if (insideBegin < 0 && insideEnd < 0) return false;
-    const Vector along = end - begin;
-    const Float crossing = insideBegin / (insideBegin - insideEnd);
-    if (insideBegin < 0)
-        begin += along * crossing;
-    else if (insideEnd < 0)
-        end = begin + along * crossing;
-    return true;
-}
-
 } // namespace
 
 Vector ScreenFromCamera(const ViewFrame& frame, const Vector& p)
@@ -47,18 +34,6 @@ Vector CameraFromScreen(const ViewFrame& frame, const Vector& p)
 Float UnitsPerPixel(const ViewFrame& frame, Float depth)
 {
     return frame.perspective ? depth / frame.pixelsPerUnit : 1 / frame.pixelsPerUnit;
-}
-
-bool ClipDepth(Float nearest, Vector& begin, Vector& end)
-{
-    return clipBy(begin.z - nearest, end.z - nearest, begin, end);
-}
-
-bool ClipScreen(const ViewFrame& frame, Vector& begin, Vector& end)
-{
-    return clipBy(begin.x, end.x, begin, end) && clipBy(begin.y, end.y, begin, end) &&
-           clipBy(frame.width - begin.x, frame.width - end.x, begin, end) &&
-           clipBy(frame.height - begin.y, frame.height - end.y, begin, end);
 }
 
 void Extent::add(const Vector& point)

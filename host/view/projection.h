@@ -14,11 +14,6 @@ Vector CameraFromScreen(const ViewFrame& frame, const Vector& p);
 /// World units that one pixel covers at a depth. In perspective it is zero at the eye and negative behind it.
 Float UnitsPerPixel(const ViewFrame& frame, Float depth);
 
-/// Cuts off what lies nearer than `nearest`. False if nothing remains.
-bool ClipDepth(Float nearest, Vector& begin, Vector& end);
-/// Cuts a line of the screen off at the frame. False if nothing remains.
-bool ClipScreen(const ViewFrame& frame, Vector& begin, Vector& end);
-
 /// A box in the world; nothing while `minimum` exceeds `maximum`.
 struct Extent {
     Vector minimum{1}, maximum{-1};
