@@ -245,6 +245,13 @@ BaseTag* BaseObject::MakeTag(Int32 type, BaseTag* pred)
     return tag;
 }
 
+VariableTag* BaseObject::MakeVariableTag(Int32 type, Int32 count, BaseTag* pred)
+{
+    VariableTag* tag = VariableTag::Alloc(type, count);
+    if (tag) InsertTag(tag, pred);
+    return tag;
+}
+
 void BaseObject::KillTag(Int32 type, Int32 nr)
 {
     host::FreeNode(findTag(*CoreOf(this), type, nr));
