@@ -263,8 +263,7 @@ Bool BaseObject::CopyTagsTo(BaseObject* dest, Int32 visible, Int32 variable, Int
     host::ListCore& target = CoreOf(dest)->tags;
     for (NodeCore* tag = CoreOf(this)->tags.firstChild; tag; tag = tag->next) {
         const Int32 info = tag->nodeClass->info;
-        if (!wanted(visible, info & host::kTagVisible) ||
-            !wanted(variable, static_cast<const host::TagCore*>(tag)->IsVariable()) ||
+        if (!wanted(visible, info & host::kTagVisible) || !wanted(variable, tag->IsInstanceOf(Tvariable)) ||
             !wanted(hierarchical, info & host::kTagHierarchical)) {
             continue;
         }
