@@ -72,6 +72,7 @@ protected:
 private:
     void moved();
     void inheritMove();
+    void passMove(); // to what stands below and in the caches
     void rebuildLocal();
 
     Matrix local;

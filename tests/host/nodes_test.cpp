@@ -535,6 +535,9 @@ TEST_F(Nodes, ASoloedLayerHidesTheOthersOfItsDocument)
     EXPECT_FALSE(seen->GetLayerData(scene)->view || seen->GetLayerData(scene)->render);
     EXPECT_TRUE(seen->GetLayerData(scene, true)->view) << "its own settings stay";
     EXPECT_TRUE(b->GetLayerData(scene)->view);
+    seen->SetData(BaseContainer(), false);
+    EXPECT_EQ(seen->GetLayerObject(scene), a) << "no matter of the container";
+    EXPECT_EQ(owned(static_cast<BaseObject*>(seen->GetClone(COPYFLAGS_0, nullptr)))->GetLayerObject(scene), a);
     seen->SetLayerObject(nullptr);
     EXPECT_EQ(seen->GetLayerObject(scene), nullptr);
     EXPECT_FALSE(seen->SetLayerData(scene, solo));
