@@ -1,5 +1,4 @@
 #include "core/documents.h"
-
 #include "core/edits.h"
 #include "core/string_access.h"
 #include "customgui_unitscale.h"
@@ -50,8 +49,8 @@ TEST_F(DocumentTest, AFreshOneHasWhatASceneNeeds)
     EXPECT_EQ(settings, document->GetDataInstance());
     EXPECT_EQ(document->GetSettingsInstance(DOCUMENTSETTINGS_GENERAL), nullptr);
     EXPECT_TRUE(settings->GetBool(DOCUMENT_LINEARWORKFLOW));
-    const auto* unit = static_cast<const UnitScaleData*>(
-        settings->GetCustomDataType(DOCUMENT_DOCUNIT, CUSTOMDATATYPE_UNITSCALE));
+    const auto* unit =
+        static_cast<const UnitScaleData*>(settings->GetCustomDataType(DOCUMENT_DOCUNIT, CUSTOMDATATYPE_UNITSCALE));
     ASSERT_TRUE(unit);
     EXPECT_DOUBLE_EQ(CalculateTranslationScale(unit, nullptr), 1.0);
     ASSERT_TRUE(document->GetActiveRenderData());
@@ -95,9 +94,10 @@ TEST_F(DocumentTest, NamesAreMadeUniqueByTheSmallestFreeNumber)
         const char* name;
         const char* given;
     };
-    const Row rows[] = {{"Oak", "Oak"},     {"Oak", "Oak .1"},         {"Oak", "Oak .2"},     {"Oak .1", "Oak .3"},
-                        {"Oak .", "Oak ."}, {"Oak .", "Oak . .1"},     {"Oak .x", "Oak .x"},  {"Oak .x", "Oak .x .1"},
-                        {"", ""},           {"", " .1"}};
+    const Row rows[] = {{"Oak", "Oak"},       {"Oak", "Oak .1"},       {"Oak", "Oak .2"},
+                        {"Oak .1", "Oak .3"}, {"Oak .", "Oak ."},      {"Oak .", "Oak . .1"},
+                        {"Oak .x", "Oak .x"}, {"Oak .x", "Oak .x .1"}, {"", ""},
+                        {"", " .1"}};
     for (const Row& row : rows) {
         SCOPED_TRACE(row.name);
         BaseObject* object = BaseObject::Alloc(Onull);
@@ -247,11 +247,12 @@ TEST(Units, TheFactorIsTheQuotientOfLengthsAndNeverZero)
         Float factor;
     };
     constexpr Float kNan = std::numeric_limits<Float>::quiet_NaN();
-    const Row rows[] = {{1, DOCUMENT_UNIT_M, 1, DOCUMENT_UNIT_CM, 100},     {1, DOCUMENT_UNIT_CM, 1, DOCUMENT_UNIT_M, 0.01},
-                        {2, DOCUMENT_UNIT_FOOT, 3, DOCUMENT_UNIT_INCH, 8},  {1, DOCUMENT_UNIT_UNDEF, 1, DOCUMENT_UNIT_MM, 10},
-                        {0, DOCUMENT_UNIT_M, 1, DOCUMENT_UNIT_M, 1},        {1, DOCUMENT_UNIT_M, 0, DOCUMENT_UNIT_M, 1},
-                        {kNan, DOCUMENT_UNIT_M, -3, DOCUMENT_UNIT_M, 1},    {1, DOCUMENT_UNIT_MILE, 1, DOCUMENT_UNIT_YARD, 1760},
-                        {1e300, DOCUMENT_UNIT_KM, 1e-300, DOCUMENT_UNIT_NM, 1}};
+    const Row rows[] = {
+        {1, DOCUMENT_UNIT_M, 1, DOCUMENT_UNIT_CM, 100},        {1, DOCUMENT_UNIT_CM, 1, DOCUMENT_UNIT_M, 0.01},
+        {2, DOCUMENT_UNIT_FOOT, 3, DOCUMENT_UNIT_INCH, 8},     {1, DOCUMENT_UNIT_UNDEF, 1, DOCUMENT_UNIT_MM, 10},
+        {0, DOCUMENT_UNIT_M, 1, DOCUMENT_UNIT_M, 1},           {1, DOCUMENT_UNIT_M, 0, DOCUMENT_UNIT_M, 1},
+        {kNan, DOCUMENT_UNIT_M, -3, DOCUMENT_UNIT_M, 1},       {1, DOCUMENT_UNIT_MILE, 1, DOCUMENT_UNIT_YARD, 1760},
+        {1e300, DOCUMENT_UNIT_KM, 1e-300, DOCUMENT_UNIT_NM, 1}};
     for (const Row& row : rows) {
         const AutoAlloc<UnitScaleData> source;
         const AutoAlloc<UnitScaleData> target;

@@ -1,7 +1,6 @@
-#include "core/evaluation.h"
-
 #include "core/documents.h"
 #include "core/edits.h"
+#include "core/evaluation.h"
 #include "core/worker.h"
 #include "obase.h"
 #include "oinstance.h"
@@ -228,9 +227,7 @@ TEST_F(EvaluationTest, ABrokenPassDropsItsResultNotesNothingAndIsDueAgain)
         return BaseObject::Alloc(kGenerator);
     };
     bool whole = true;
-    thread.work = [&](BaseThread* base) {
-        whole = document->ExecutePasses(base, true, true, true, BUILDFLAGS_0);
-    };
+    thread.work = [&](BaseThread* base) { whole = document->ExecutePasses(base, true, true, true, BUILDFLAGS_0); };
     ASSERT_TRUE(thread.Start());
     thread.Wait();
     EXPECT_FALSE(whole);
