@@ -38,6 +38,8 @@ struct PlantObjectLibrary : C4DLibrary {
                            Int32* polylineCount);
 };
 
-static_assert(sizeof(PlantObjectLibrary) == 56);
+constexpr Int32 kPlantObjectLibraryVersion = 1000;
+constexpr Int32 kPlantObjectLibrarySize = sizeof(PlantObjectLibrary);
+static_assert(kPlantObjectLibrarySize == 56);
 
 extern PlantObjectLibrary g_PlantObjectLibrary;
