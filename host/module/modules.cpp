@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstring>
 #include <dlfcn.h>
 #include <elf.h>
 #include <fstream>
@@ -28,7 +29,7 @@ bool isCutShort(const std::string& path)
     std::ifstream file(path, std::ios::binary);
     Elf64_Ehdr header{};
     if (error || !file.read(reinterpret_cast<char*>(&header), sizeof(header))) return false;
-    if (!std::equal(ELFMAG, ELFMAG + SELFMAG, header.e_ident) || header.e_ident[EI_CLASS] != ELFCLASS64) return false;
+    if (std::memcmp(header.e_ident, ELFMAG, SELFMAG) != 0 || header.e_ident[EI_CLASS] != ELFCLASS64) return false;
 
     for (unsigned i = 0; i < header.e_phnum; ++i) {
         Elf64_Phdr segment{};

@@ -6,6 +6,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <dlfcn.h>
+
 namespace host::test {
 namespace {
 
@@ -144,12 +146,17 @@ TEST(ModuleFiles, ALibraryIsLoadedAgainInEachRunOfTheHost)
         ASSERT_TRUE(host.modules().load(VERDANTH_TELLING_PLUGIN));
         EXPECT_FALSE(host.modules().load(VERDANTH_TELLING_PLUGIN));
         host.console.pop_back();
+        ASSERT_TRUE(host.modules().attach(entry<0>, "/a/a.so"));
         host.modules().start();
+        void* library = dlopen(VERDANTH_TELLING_PLUGIN, RTLD_NOW | RTLD_NOLOAD);
+        ASSERT_TRUE(library);
+        reinterpret_cast<void (*)()>(dlsym(library, "tellHome"))();
+        dlclose(library);
         host.end();
         EXPECT_THAT(host.console,
                     ElementsAre("host of level " + std::to_string(level), "message with data 0", "message 1",
                                 "start at home 2", "message 1000", "message 1001188", "message 450000215",
-                                "message with data 1002", "message 1001084", "message 1001", "end 3"));
+                                "message with data 1002", "at home", "message 1001084", "message 1001", "end 3"));
     }
 }
 
