@@ -22,8 +22,7 @@ protected:
     void SetUp() override
     {
         C4DLibrary* store = nullptr;
-        library = static_cast<PlantObjectLibrary*>(
-            CheckLib(kPlantObjectLibraryId, LIBOFFSET(PlantObjectLibrary, FetchBranches), &store));
+        library = static_cast<PlantObjectLibrary*>(CheckLib(kPlantObjectLibraryId, sizeof(PlantObjectLibrary) - 1, &store));
         ASSERT_TRUE(library);
         EXPECT_EQ(library->version, 1000);
         EXPECT_EQ(library->size, 56);
