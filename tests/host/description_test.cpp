@@ -106,7 +106,7 @@ std::vector<std::string> entriesOf(const BaseContainer& container, Int32 key)
 {
     std::vector<std::string> entries;
     const BaseContainer* held = container.GetContainerInstance(key);
-    for (Int32 i = 0; held && held->GetIndexId(i) != NOTOK; ++i) {
+    for (Int32 i = 0; held && held->GetIndexData(i); ++i) {
         entries.push_back(std::to_string(held->GetIndexId(i)) + "=" + Utf8Of(held->GetIndexData(i)->GetString()));
     }
     return entries;
@@ -268,9 +268,6 @@ TEST(Descriptions, OfTheHostsOwnTypesAgreeWithItsConstants)
         Int32 id;
         Int32 type;
     };
-    {
-        description, #symbol, symbol, type
-    }
     const Row rows[] = {
         {"Obase", "ID_BASELIST_NAME", ID_BASELIST_NAME, DTYPE_STRING},
         {"Obase", "ID_OBJECTPROPERTIES", ID_OBJECTPROPERTIES, DTYPE_GROUP},
