@@ -106,6 +106,7 @@ void enterTag(Registrations& registrations, Int32 id, const Char* name, std::vec
                               .kind = NodeKind::Tag,
                               .make = MakeCore<Core>,
                               .name = name,
+                              .info = kTagVisible,
                               .description = "",
                               .bases = std::move(bases),
                               .prepare = prepare});
