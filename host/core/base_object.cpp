@@ -1,4 +1,5 @@
 // The facades of objects and tags, as far as all of them have it.
+#include "core/document.h"
 #include "core/node_class.h"
 #include "core/object.h"
 #include "obase.h"
@@ -234,6 +235,7 @@ void BaseObject::InsertTag(BaseTag* tag, BaseTag* pred)
     if (!tag || tag == pred) return;
     CoreOf(tag)->Unlink();
     CoreOf(this)->tags.Insert(*CoreOf(tag), CoreOf(pred));
+    host::TellInsertion(*CoreOf(tag));
 }
 
 BaseTag* BaseObject::MakeTag(Int32 type, BaseTag* pred)
@@ -254,7 +256,8 @@ Bool BaseObject::CopyTagsTo(BaseObject* dest, Int32 visible, Int32 variable, Int
     host::ListCore& target = CoreOf(dest)->tags;
     for (NodeCore* tag = CoreOf(this)->tags.firstChild; tag; tag = tag->next) {
         const Int32 info = tag->nodeClass->info;
-        if (!wanted(visible, info & host::kTagVisible) || !wanted(variable, tag->IsInstanceOf(Tvariable)) ||
+        if (!wanted(visible, info & host::kTagVisible) ||
+            !wanted(variable, static_cast<const host::TagCore*>(tag)->IsVariable()) ||
             !wanted(hierarchical, info & host::kTagHierarchical)) {
             continue;
         }

@@ -340,7 +340,7 @@ private:
         }
         container.SetContainer(DESC_CYCLE, entries);
         container.SetContainer(DESC_CYCLESYMBOLS, symbols);
-        if (icons.GetIndexId(0) != NOTOK) container.SetContainer(DESC_CYCLEICONS, icons);
+        if (icons.GetIndexData(0)) container.SetContainer(DESC_CYCLEICONS, icons);
     }
 
     void readTypes(const ResourceStatement& statement, BaseContainer& container, Int32 key)

@@ -65,7 +65,7 @@ public:
     CustomDataTypeClass* dataType(std::string_view keyword) override
     {
         const Registrations* registry = Registrations::Current();
-        const CustomDataClass* found = registry ? registry->FindCustomData(TextOf(keyword)) : nullptr;
+        const CustomDataClass* found = registry ? registry->FindCustomData(keyword) : nullptr;
         return found ? found->type : nullptr;
     }
 

@@ -54,7 +54,6 @@ private:
 struct VariableTagCore : TagCore {
     explicit VariableTagCore(const NodeClass& nodeClass);
 
-    bool IsVariable() const override { return true; }
     Int32 Count() const { return static_cast<Int32>(bytes.size() / recordSize); }
     /// Makes sure that Resize() up to so many cannot fail.
     bool Reserve(Int32 count) { return bytes.reserve(static_cast<size_t>(count) * recordSize); }

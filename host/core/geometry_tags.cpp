@@ -70,9 +70,8 @@ template <class Record, class Struct> void storeAll(void* records, Int32 index, 
 VariableTagCore* allocVariable(Int32 type, Int32 count)
 {
     NodeCore* node = count < 0 ? nullptr : AllocNode(NodeKind::Tag, type);
-    if (!node) return nullptr;
-    if (static_cast<TagCore*>(node)->IsVariable() && static_cast<VariableTagCore*>(node)->Resize(count))
-        return static_cast<VariableTagCore*>(node);
+    auto* tag = dynamic_cast<VariableTagCore*>(node);
+    if (tag && tag->Resize(count)) return tag;
     FreeNode(node);
     return nullptr;
 }

@@ -299,11 +299,16 @@ void HyperStream::leave()
     scopes.pop_back();
 }
 
-UInt64 HyperStream::numberFor(UInt64 key) const
+UInt64 HyperStream::numberOf(const BaseLink& link) const
 {
     if (!nodeNumbers) return 0;
-    const auto found = nodeNumbers->find(key);
+    const auto found = nodeNumbers->find(GeValue::TargetOf(link));
     return found == nodeNumbers->end() ? 0 : found->second;
+}
+
+UInt64 HyperStream::markerFor(UInt64 number) const
+{
+    return firstMarker && number > 0 && number < kMostNodes ? firstMarker + number : 0;
 }
 
 bool HyperStream::putGeData(const GeData& value)
@@ -329,7 +334,7 @@ bool HyperStream::putGeContent(const GeData& value)
     case DA_STRING: return facade->WriteString(value.GetString());
     case DA_FILENAME: return facade->WriteFilename(value.GetFilename());
     case DA_CONTAINER: return putContainer(*value.GetContainer());
-    case DA_ALIASLINK: return put(HYPERFILEVALUE_ALIASLINK, numberFor(GeValue::TargetOf(*value.GetBaseLink())));
+    case DA_ALIASLINK: return put(HYPERFILEVALUE_ALIASLINK, numberOf(*value.GetBaseLink()));
     default: break;
     }
     CustomDataTypeClass* type = FindCustomDataType(value.GetType());
@@ -401,7 +406,7 @@ bool HyperStream::takeGeContent(Int32 type, GeData& value)
     case DA_ALIASLINK: {
         UInt64 number = 0;
         const bool whole = take(HYPERFILEVALUE_ALIASLINK, &number);
-        value = GeValue::LinkTo(numberFor(number));
+        value = GeValue::LinkTo(markerFor(number));
         return whole;
     }
     default: return takeCustomData(type, value);

@@ -36,7 +36,7 @@ struct HyperFileDeleter {
 };
 using HyperFilePtr = std::unique_ptr<HyperFile, HyperFileDeleter>;
 
-/// From node numbers in a file to markers of living nodes, or back.
+/// By the markers of nodes the numbers that they have in a file.
 using NodeNumbers = std::map<UInt64, UInt64>;
 
 class HyperStream {
@@ -44,6 +44,7 @@ public:
     static constexpr Int32 kDeepest = 64;
     static constexpr uint8_t kGeDataTag = 200;
     static constexpr size_t kHeaderSize = 20;
+    static constexpr UInt64 kMostNodes = UInt64(1) << 32;
 
     // Files in memory. Reading leaves the bytes where they are; they must outlive the file.
 
@@ -55,9 +56,10 @@ public:
     /// What was written; the file is closed then.
     std::vector<uint8_t> takeBytes();
 
-    /// For links: what stands for a marker when writing, and for a number when reading. Null (all links lead nowhere)
-    /// or outlives the file.
-    const NodeNumbers* nodeNumbers = nullptr;
+    // What links become: numbers when they are written, markers from the first one on when they are read. Without
+    // these links lead nowhere.
+    const NodeNumbers* nodeNumbers = nullptr; // outlives the file
+    UInt64 firstMarker = 0;                   // of the node number 0, which is none
     BaseDocument* document = nullptr;
 
     /// Counted from the start of the file.
@@ -117,7 +119,8 @@ private:
     bool takeGeContent(Int32 type, GeData& value);
     bool takeCustomData(Int32 type, GeData& value);
     bool takeContainer(BaseContainer& value, bool flush);
-    UInt64 numberFor(UInt64 key) const;
+    UInt64 numberOf(const BaseLink& link) const;
+    UInt64 markerFor(UInt64 number) const;
 
     HyperFile* facade = nullptr;
     Mode mode = Mode::Closed;

@@ -329,6 +329,17 @@ bool NodeCore::SetBuiltIn(Int32 id, const GeData& whole)
     return true;
 }
 
+HierarchyHelp NodeCore::MakeHierarchyHelp(BaseDocument* document, BaseThread* thread, BUILDFLAGS buildFlags,
+                                          const Matrix& global)
+{
+    HierarchyHelp help;
+    help.document = document;
+    help.thread = thread;
+    help.buildFlags = buildFlags;
+    help.matrix = global;
+    return help;
+}
+
 bool NodeCore::CopyBodyTo(NodeCore&, COPYFLAGS, AliasTrans*) const
 {
     return true;
@@ -352,6 +363,11 @@ ListCore::ListCore(NodeCore* listOwner) : NodeCore(listClass()), owner(listOwner
 ListCore::~ListCore()
 {
     Flush();
+}
+
+void ListCore::Insert(NodeCore& node, NodeCore* predecessor)
+{
+    InsertChild(node, predecessor);
 }
 
 void ListCore::Flush()

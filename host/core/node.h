@@ -11,6 +11,7 @@
 
 #include "c4d_basecontainer.h"
 #include "c4d_baselist.h"
+#include "c4d_baseobject.h"
 
 #include <array>
 #include <bitset>
@@ -19,9 +20,6 @@
 #include <new>
 #include <vector>
 
-class BaseDrawHelp;
-class BaseThread;
-class HierarchyHelp;
 class HyperFile;
 class NodeData;
 
@@ -141,9 +139,8 @@ struct NodeCore {
     static void ForgetLink(BaseLink& link);
     static void ForgetLinks(AliasTrans& translation);
     static void Translate(AliasTrans& translation, bool keepOldTargets);
-    static HierarchyHelp MakeHierarchyHelp(BaseDocument* document, BaseThread* thread, Int32 buildFlags,
+    static HierarchyHelp MakeHierarchyHelp(BaseDocument* document, BaseThread* thread, BUILDFLAGS buildFlags,
                                            const Matrix& global);
-    static BaseDrawHelp MakeDrawHelp(BaseDocument* document);
 
     const NodeClass* nodeClass;
     NodeData* data = nullptr; // owned; null for built-in nodes and between its end and the node's

@@ -133,11 +133,11 @@ CustomDataTypeClass* FindCustomDataType(Int32 id);
 Int32 CustomDataDiskLevel(Int32 id);
 
 // The host's own classes, entered by the registry's constructor. Each group stands in the file of its cores.
-void EnterNodeClasses(Registrations& registry);     // objects and tags without data of their own, layers
+void EnterNodeClasses(Registrations& registry);     // objects without data of their own, layers, unit scales
 void EnterMaterialClasses(Registrations& registry); // materials, shaders, render settings
 void EnterGeometryClasses(Registrations& registry); // point and polygon objects, tags with data
-void EnterDocumentClasses(Registrations& registry); // documents, unit scales
-void EnterViewClasses(Registrations& registry);     // views, cameras
+void EnterDocumentClasses(Registrations& registry);
+void EnterViewClasses(Registrations& registry); // views, cameras
 
 /// Stand-ins for what renderers would register: without data of their own, parameters in the container.
 bool EnterMaterialPlugin(Int32 id, const String& name);

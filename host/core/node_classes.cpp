@@ -3,6 +3,7 @@
 #include "core/material.h"
 #include "core/node_class.h"
 #include "core/object.h"
+#include "core/unit_scale.h"
 #include "drendersettings.h"
 #include "mmaterial.h"
 
@@ -10,16 +11,15 @@ namespace host {
 
 void EnterNodeClasses(Registrations& registry)
 {
+    registry.EnterCustomData("UnitScale", CUSTOMDATATYPE_INFO_LOADSAVE, NewUnitScaleDataType(), kUnitScaleDiskLevel);
     struct Plain {
         Int32 id;
         const char* name;
     };
-    for (const Plain& object : {Plain{Onull, "Null"}, {Oinstance, "Instance"}, {Ocamera, "Camera"}, {Oxref, "XRef"}}) {
+    for (const Plain& object : {Plain{Onull, "Null"}, {Oinstance, "Instance"}, {Oxref, "XRef"}}) {
         registry.EnterClass(
             {.id = object.id, .kind = NodeKind::Object, .make = MakeCore<ObjectCore>, .name = object.name});
     }
-    registry.EnterClass(
-        {.id = Tphong, .kind = NodeKind::Tag, .make = MakeCore<TagCore>, .name = "Phong", .info = kTagVisible});
     registry.EnterClass({.id = Olayer, .kind = NodeKind::Layer, .make = MakeCore<LayerCore>, .name = "Layer"});
 }
 

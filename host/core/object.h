@@ -88,6 +88,8 @@ struct TagCore : NodeCore {
     explicit TagCore(const NodeClass& nodeClass);
 
     ObjectCore* Object() const;
+    /// A record for each point or polygon of the object.
+    virtual bool IsVariable() const { return false; }
 };
 
 inline ObjectCore* CoreOf(const BaseObject* object)

@@ -46,9 +46,8 @@ PolygonCore::PolygonCore(const NodeClass& objectClass) : ObjectCore(objectClass)
 std::vector<VariableTagCore*> PolygonCore::variableTags() const
 {
     std::vector<VariableTagCore*> found;
-    for (NodeCore* tag = tags.firstChild; tag; tag = tag->next) {
-        if (static_cast<TagCore*>(tag)->IsVariable()) found.push_back(static_cast<VariableTagCore*>(tag));
-    }
+    for (NodeCore* tag = tags.firstChild; tag; tag = tag->next)
+        if (auto* variable = dynamic_cast<VariableTagCore*>(tag)) found.push_back(variable);
     return found;
 }
 
@@ -105,8 +104,7 @@ UInt32 PolygonCore::DerivedCount(DIRTYFLAGS flag) const
 void PolygonCore::OnInserted(ListCore* branch, NodeCore& node)
 {
     ObjectCore::OnInserted(branch, node);
-    if (branch == &tags && static_cast<TagCore&>(node).IsVariable())
-        static_cast<VariableTagCore&>(node).Resize(static_cast<Int32>(polygons.size()));
+    if (auto* variable = dynamic_cast<VariableTagCore*>(&node)) variable->Resize(static_cast<Int32>(polygons.size()));
 }
 
 bool PolygonCore::CopyBodyTo(NodeCore& copy, COPYFLAGS flags, AliasTrans* translation) const

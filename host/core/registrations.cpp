@@ -62,6 +62,7 @@ Registrations::Registrations()
     EnterGeometryClasses(*this);
     EnterMaterialClasses(*this);
     EnterDocumentClasses(*this);
+    EnterViewClasses(*this);
     EnterNodeClasses(*this);
 }
 

@@ -67,15 +67,26 @@ struct CaseRun {
 };
 
 constexpr CaseRun kCaseRuns[] = {
-    {U'a', U'z', -32, 1},     {0x00E0, 0x00F6, -32, 1},                          // Latin-1
-    {0x00F8, 0x00FE, -32, 1}, {0x00FF, 0x00FF, 121, 1}, {0x0101, 0x012F, -1, 2}, // Latin Extended-A; the dotless i and
-                                                                                 // its kin have no partner of one
-                                                                                 // letter
-    {0x0133, 0x0137, -1, 2},  {0x013A, 0x0148, -1, 2},  {0x014B, 0x0177, -1, 2},  {0x017A, 0x017E, -1, 2},
+    {U'a', U'z', -32, 1},
+    {0x00E0, 0x00F6, -32, 1}, // Latin-1
+    {0x00F8, 0x00FE, -32, 1},
+    {0x00FF, 0x00FF, 121, 1},
+    {0x0101, 0x012F, -1, 2}, // Latin Extended-A; the dotless i and
+                             // its kin have no partner of one
+                             // letter
+    {0x0133, 0x0137, -1, 2},
+    {0x013A, 0x0148, -1, 2},
+    {0x014B, 0x0177, -1, 2},
+    {0x017A, 0x017E, -1, 2},
     {0x03AC, 0x03AC, -38, 1}, // Greek
-    {0x03AD, 0x03AF, -37, 1}, {0x03B1, 0x03C1, -32, 1}, {0x03C3, 0x03CB, -32, 1}, {0x03CC, 0x03CC, -64, 1},
-    {0x03CD, 0x03CE, -63, 1}, {0x0430, 0x044F, -32, 1}, // Cyrillic
-    {0x0450, 0x045F, -80, 1}, {0x1E01, 0x1E95, -1, 2},  // Latin Extended Additional
+    {0x03AD, 0x03AF, -37, 1},
+    {0x03B1, 0x03C1, -32, 1},
+    {0x03C3, 0x03CB, -32, 1},
+    {0x03CC, 0x03CC, -64, 1},
+    {0x03CD, 0x03CE, -63, 1},
+    {0x0430, 0x044F, -32, 1}, // Cyrillic
+    {0x0450, 0x045F, -80, 1},
+    {0x1E01, 0x1E95, -1, 2}, // Latin Extended Additional
     {0x1EA1, 0x1EFF, -1, 2},
 };
 

@@ -1,5 +1,6 @@
 // What the module does when the host starts it, talks to it and ends it.
 #include "c4d.h"
+#include "selection/models_being_read.h"
 #include "shell/registration.h"
 
 Bool PluginStart()
@@ -9,6 +10,7 @@ Bool PluginStart()
 
 void PluginEnd()
 {
+    ModelsBeingRead::ReleaseAll();
     FreeIconSheet();
 }
 

@@ -13,6 +13,7 @@ BaseBitmap* g_IconSheet = nullptr;
 
 namespace {
 
+constexpr Int32 kLibraryVersion = 1000;
 constexpr Int32 kPlantDiskLevel = 2;
 constexpr Int32 kLevelOfLargeIcons = 15000; // hosts before take icons of half the size
 
@@ -43,7 +44,7 @@ Bool enterPlantDrawHook(Int32 id, BaseBitmap*)
 
 Bool installPlantObjectLibrary(Int32 id, BaseBitmap*)
 {
-    return InstallLibrary(id, &g_PlantObjectLibrary, kPlantObjectLibraryVersion, kPlantObjectLibrarySize);
+    return InstallLibrary(id, &g_PlantObjectLibrary, kLibraryVersion, sizeof(g_PlantObjectLibrary));
 }
 
 // In the order in which the host learns of them.

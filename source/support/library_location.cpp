@@ -1,6 +1,5 @@
 #include "support/library_location.h"
 
-#include "c4d.h"
 #include "support/plugin_ids.h"
 #include "support/text.h"
 

@@ -3,7 +3,7 @@
 // Nothing is remembered: folder and language are asked for anew at each call.
 #pragma once
 
-#include "c4d_file.h"
+#include "c4d.h"
 #include "vdt/model/language.h"
 
 #include <string>

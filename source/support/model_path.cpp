@@ -1,6 +1,5 @@
 #include "support/model_path.h"
 
-#include "c4d.h"
 #include "support/text.h"
 
 #include <algorithm>

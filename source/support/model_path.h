@@ -1,7 +1,7 @@
 // Model files by name: the one spelling under which they are cached, and the search for files that have moved.
 #pragma once
 
-#include "c4d_file.h"
+#include "c4d.h"
 #include "vdt/model/path_mapper.h"
 
 #include <string>

@@ -1,5 +1,7 @@
 #include "support/resources.h"
 
+#include <initializer_list>
+
 namespace {
 
 // Replaces the first "#" from `from` on, and moves `from` behind what was put there.
@@ -12,6 +14,14 @@ void fillPlace(String& text, Int& from, const String& parameter)
     from = place + parameter.GetLength();
 }
 
+String filled(Int32 id, std::initializer_list<const String*> parameters)
+{
+    String text = LoadText(id);
+    Int from = 0;
+    for (const String* parameter : parameters) fillPlace(text, from, *parameter);
+    return text;
+}
+
 } // namespace
 
 String LoadText(Int32 id)
@@ -21,17 +31,15 @@ String LoadText(Int32 id)
 
 String LoadText(Int32 id, const String& first)
 {
-    String text = LoadText(id);
-    Int from = 0;
-    fillPlace(text, from, first);
-    return text;
+    return filled(id, {&first});
 }
 
 String LoadText(Int32 id, const String& first, const String& second)
 {
-    String text = LoadText(id);
-    Int from = 0;
-    fillPlace(text, from, first);
-    fillPlace(text, from, second);
-    return text;
+    return filled(id, {&first, &second});
+}
+
+String LoadText(Int32 id, const String& first, const String& second, const String& third)
+{
+    return filled(id, {&first, &second, &third});
 }

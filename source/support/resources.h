@@ -13,3 +13,4 @@ String LoadText(Int32 id);
 /// within a parameter stays one.
 String LoadText(Int32 id, const String& first);
 String LoadText(Int32 id, const String& first, const String& second);
+String LoadText(Int32 id, const String& first, const String& second, const String& third);

@@ -1,7 +1,5 @@
 #include "support/text.h"
 
-#include "c4d.h"
-
 #include <algorithm>
 #include <limits>
 

@@ -1,8 +1,7 @@
 // Texts between the host's strings and the library's, which are UTF-8.
 #pragma once
 
-#include "c4d_file.h"
-#include "c4d_string.h"
+#include "c4d.h"
 
 #include <string>
 #include <string_view>

@@ -4,7 +4,7 @@
 // trusted to mean what it says.
 #pragma once
 
-#include "c4d_string.h"
+#include "c4d.h"
 
 #include <cstdint>
 #include <string>

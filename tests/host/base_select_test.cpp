@@ -48,27 +48,27 @@ TEST(BaseSelect, HoldsWhatAnyRunOfEditsLeaves)
     for (int step = 0; step < 3000; ++step) {
         SCOPED_TRACE(step);
         const auto element = static_cast<Int32>(dice.below(60));
-        switch (dice.below(10)) {
-        case 0:
-        case 1:
-        case 2: EXPECT_TRUE(one.select.Select(element)), ones.insert(element); break;
-        case 3:
-        case 4: EXPECT_TRUE(one.select.Deselect(element)), ones.erase(element); break;
-        case 5:
+        const uint32_t edit = dice.below(10);
+        if (edit < 3) {
+            EXPECT_TRUE(one.select.Select(element));
+            ones.insert(element);
+        } else if (edit < 5) {
+            EXPECT_TRUE(one.select.Deselect(element));
+            ones.erase(element);
+        } else if (edit == 5) {
             EXPECT_TRUE(one.select.Toggle(element));
             if (!ones.erase(element)) ones.insert(element);
-            break;
-        case 6: EXPECT_TRUE(other.select.Toggle(element)), others = {}; break;
-        case 7: EXPECT_TRUE(one.select.Merge(&other.select)), ones.insert(others.begin(), others.end()); break;
-        case 8:
+        } else if (edit == 6) {
+            EXPECT_TRUE(other.select.Toggle(element));
+        } else if (edit == 7) {
+            EXPECT_TRUE(one.select.Merge(&other.select));
+            ones.insert(others.begin(), others.end());
+        } else if (edit == 8) {
             EXPECT_TRUE(one.select.Deselect(&other.select));
-            for (const Int32 gone : others) ones.erase(gone);
-            break;
-        default:
-            if (dice.below(4) > 0) break;
+            std::erase_if(ones, [&](Int32 i) { return others.contains(i); });
+        } else if (dice.below(4) == 0) {
             EXPECT_TRUE(one.select.Cross(&other.select));
             std::erase_if(ones, [&](Int32 i) { return !others.contains(i); });
-            break;
         }
         others.clear();
         for (const auto& [first, last] : runs(other.select))
