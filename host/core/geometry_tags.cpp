@@ -200,6 +200,13 @@ void EnterGeometryClasses(Registrations& registrations)
 
 } // namespace host
 
+VariableTag* BaseObject::MakeVariableTag(Int32 type, Int32 count, BaseTag* pred)
+{
+    VariableTag* tag = VariableTag::Alloc(type, count);
+    if (tag) InsertTag(tag, pred);
+    return tag;
+}
+
 VariableTag* VariableTag::Alloc(Int32 type, Int32 count)
 {
     return host::FacadeOf<VariableTag>(host::allocVariable(type, count));
