@@ -57,7 +57,7 @@ bool drawPlant(const ViewRequest& request, const RequestedPlant& plant, const Sc
         console.error("the module makes no plant object");
         return false;
     }
-    AddMaterials(*document.get(), *object, wanted.model, wanted.season, console);
+    AddMaterials(*document.get(), *object, wanted.model, wanted.season);
     console.beginProgress("building the plant");
     const bool built = Evaluate(*document.get());
     console.endProgress();

@@ -1,6 +1,5 @@
 #include "host/plant_materials.h"
 
-#include "console/console.h"
 #include "export/mean_color.h"
 #include "export/scene_materials.h"
 #include "host/host_session.h"
@@ -9,11 +8,11 @@
 
 namespace verdanth {
 
-void AddMaterials(BaseDocument& document, BaseObject& plant, const vdt::Model& model, const std::string& season,
-                  Console& console)
+void AddMaterials(BaseDocument& document, BaseObject& plant, const vdt::Model& model, const std::string& season)
 {
     std::vector<SceneMaterial> looks;
-    SceneMaterials collected(model, season, looks, console);
+    vdt::NullMessageHandler unheard; // a viewport shows what it can
+    SceneMaterials collected(model, season, looks, unheard);
     for (const vdt::MaterialData& data : model.materials) collected.indexOf(data.matid);
 
     BaseTag* last = plant.GetLastTag();

@@ -8,11 +8,8 @@
 
 namespace verdanth {
 
-class Console;
-
 /// Gives the document one material for each of the model's, in the mean colour that it has in `season`, and the plant a
 /// texture tag for each, restricted to the polygons of the material's id.
-void AddMaterials(BaseDocument& document, BaseObject& plant, const vdt::Model& model, const std::string& season,
-                  Console& console);
+void AddMaterials(BaseDocument& document, BaseObject& plant, const vdt::Model& model, const std::string& season);
 
 } // namespace verdanth

@@ -3,7 +3,6 @@
 #include "vdt/math/vector.h"
 #include "view/draw_document.h"
 #include "view/gl_context.h"
-#include "view/scene_walk.h"
 #include "view/view_renderer.h"
 
 namespace verdanth {
@@ -28,8 +27,7 @@ bool ViewPainter::draw(BaseDocument& document, const ViewSettings& settings, Pic
     host::ViewCore& view = *host::CoreOf(shown);
     view.options = {.grid = settings.grid, .boxes = settings.boxes};
     view.setSize(static_cast<Int32>(settings.width), static_cast<Int32>(settings.height));
-    view.show(host::ExtentOfShown(document), host::CameraAxes(settings.azimuth * kRadian, settings.elevation * kRadian),
-              settings.distance);
+    view.show(document, host::CameraAxes(settings.azimuth * kRadian, settings.elevation * kRadian), settings.distance);
 
     host::DrawList list;
     host::ViewImage image;
