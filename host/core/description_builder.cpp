@@ -26,6 +26,7 @@ struct Target {
     ValueForm form;
     Int32 unit = DESC_UNIT_FLOAT;
     const CustomProperty* properties = nullptr;
+    bool isGroup = false;
 };
 
 // Files write percentages and degrees where values are shares and radians.
@@ -120,7 +121,7 @@ private:
                 continue; // read already
             } else if (!readElement(statement, group)) {
                 if (group && !statement.hasBlock) {
-                    readFlag(statement, {group->container, ValueForm::Bool});
+                    readFlag(statement, {.container = group->container, .form = ValueForm::Bool, .isGroup = true});
                 } else {
                     fault(statement.line, "there is no type of element called " + inQuotes(keyword));
                 }
@@ -256,9 +257,7 @@ private:
             GeData amount;
             if (!readAmount(statement, target, amount)) return;
             target.container.SetData(flag.key, amount);
-            if (target.form == ValueForm::Bool && flag.key == DESC_DEFAULT) {
-                target.container.SetBool(DESC_GUIOPEN, amount.GetBool()); // what a group's default means
-            }
+            if (target.isGroup && flag.key == DESC_DEFAULT) target.container.SetBool(DESC_GUIOPEN, amount.GetBool());
             return;
         }
         const bool isBare = statement.values.empty();
