@@ -24,9 +24,9 @@ constexpr Float kNormalOne = 32000;
 
 Int16 toFixed(Float component)
 {
+    if (std::fabs(component) <= 1) return static_cast<Int16>(component * kNormalOne + std::copysign(0.5, component));
     if (std::isnan(component)) return 0;
-    const Float scaled = FMax(-kNormalOne, FMin(kNormalOne, component * kNormalOne));
-    return static_cast<Int16>(scaled < 0 ? scaled - 0.5 : scaled + 0.5);
+    return static_cast<Int16>(std::copysign(kNormalOne, component));
 }
 
 void store(const Vector& v, Float32 (&corner)[3])
@@ -200,6 +200,13 @@ void EnterGeometryClasses(Registrations& registrations)
 }
 
 } // namespace host
+
+VariableTag* BaseObject::MakeVariableTag(Int32 type, Int32 count, BaseTag* pred)
+{
+    VariableTag* tag = VariableTag::Alloc(type, count);
+    if (tag) InsertTag(tag, pred);
+    return tag;
+}
 
 VariableTag* VariableTag::Alloc(Int32 type, Int32 count)
 {
