@@ -107,7 +107,6 @@ void enterTag(Registrations& registrations, Int32 id, const Char* name, std::vec
                               .make = MakeCore<Core>,
                               .name = name,
                               .info = kTagVisible,
-                              .description = "",
                               .bases = std::move(bases),
                               .prepare = prepare});
 }
@@ -200,13 +199,6 @@ void EnterGeometryClasses(Registrations& registrations)
 }
 
 } // namespace host
-
-VariableTag* BaseObject::MakeVariableTag(Int32 type, Int32 count, BaseTag* pred)
-{
-    VariableTag* tag = VariableTag::Alloc(type, count);
-    if (tag) InsertTag(tag, pred);
-    return tag;
-}
 
 VariableTag* VariableTag::Alloc(Int32 type, Int32 count)
 {
