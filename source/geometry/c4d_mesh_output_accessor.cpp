@@ -18,6 +18,14 @@ Vector textureCoordinate(const vdt::Vector2f& uv)
     return {uv.u, uv.v, 0};
 }
 
+// At unit length unless it has no direction: the host keeps components up to 1 alone, and clipping would bend it.
+Vector32 hostNormal(const vdt::Vector3& modelNormal)
+{
+    const bool hasDirection = vdt::ExceedsInMagnitude(modelNormal, vdt::kSmallestDirection);
+    const double factor = hasDirection ? 1 / vdt::Length(modelNormal) : 1;
+    return Vector32(ToHostDirection(modelNormal * factor));
+}
+
 } // namespace
 
 C4dMeshOutputAccessor::C4dMeshOutputAccessor(Bool withNormals, Float newScale)
@@ -96,8 +104,7 @@ uint64_t C4dMeshOutputAccessor::AddPoint(const vdt::Vector3& position, const vdt
         return vdt::kNone;
 
     points[pointCount] = ToHost(position, scale);
-    // The host keeps components up to 1 alone, and clipping would bend what is longer.
-    if (normalTag) normals.emplace_back(ToHostDirection(vdt::Normalized(normal)));
+    if (normalTag) normals.push_back(hostNormal(normal));
     return static_cast<uint64_t>(pointCount++);
 }
 
