@@ -34,6 +34,7 @@ int parseAndRun(const std::vector<std::string>& arguments, Console& console)
     AddExportCommand(program, work);
     AddConvertCommand(program, work);
     AddRenderCommand(program, work);
+    AddViewCommand(program, work);
     AddSceneCommand(program, work);
 
     try {

@@ -22,6 +22,7 @@ void AddExportCommand(CLI::App& program, CommandWork& chosen);
 void AddConvertCommand(CLI::App& program, CommandWork& chosen);
 void AddRenderCommand(CLI::App& program, CommandWork& chosen);
 void AddSceneCommand(CLI::App& program, CommandWork& chosen);
+void AddViewCommand(CLI::App& program, CommandWork& chosen);
 void AddListCommand(CLI::App& program, CommandWork& chosen);
 
 /// Adds --library.

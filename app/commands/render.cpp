@@ -1,4 +1,5 @@
 #include "commands/command.h"
+#include "commands/picture_size.h"
 #include "commands/plant_options.h"
 #include "commands/previews.h"
 #include "console/text_table.h"
@@ -15,7 +16,6 @@
 namespace verdanth {
 namespace {
 
-constexpr int kLargestSide = 8192;
 constexpr int kMostSamples = 65536;
 constexpr int kMostFrames = 3600;
 constexpr uint64_t kMostMergedPolygons = 2'000'000; // beyond, leaves are traced as copies, which take less memory
@@ -35,20 +35,6 @@ struct RenderRequest {
     PreviewRequest previews;
 };
 
-bool parseSide(std::string_view text, uint32_t& side)
-{
-    const auto parsed = std::from_chars(text.data(), text.data() + text.size(), side);
-    return parsed.ec == std::errc() && parsed.ptr == text.data() + text.size() && side >= 1 && side <= kLargestSide;
-}
-
-// "640" or "640x480"
-bool parseSize(const std::string& text, PictureSettings& settings)
-{
-    const size_t cross = text.find('x');
-    return parseSide(text.substr(0, cross), settings.width) &&
-           parseSide(cross == std::string::npos ? text : text.substr(cross + 1), settings.height);
-}
-
 // "F2F2ED", with or without a "#" before it
 bool parseColor(std::string_view text, vdt::Color3f& color)
 {
@@ -65,11 +51,7 @@ bool parseColor(std::string_view text, vdt::Color3f& color)
 // The settings that the options mean. False, with the error told, if they mean none.
 bool settingsOf(const RenderRequest& request, PictureSettings& settings, Console& console)
 {
-    if (!parseSize(request.size, settings)) {
-        console.error("--size " + request.size + ": wanted are one or two numbers from 1 to " +
-                      std::to_string(kLargestSide) + ", as in 512 or 640x480");
-        return false;
-    }
+    if (!ParsePictureSize(request.size, settings.width, settings.height, console)) return false;
     if (!parseColor(request.background, settings.background)) {
         console.error("--background " + request.background + ": wanted are six hexadecimal digits, as in F2F2ED");
         return false;
@@ -188,9 +170,7 @@ constexpr NamedView kViews[] = {{"front", {0, 4}}, {"three-quarter", {35, 14}}};
 
 void addPictureOptions(CLI::App& command, RenderRequest& request)
 {
-    command.add_option("--size", request.size, "The picture's sides in pixels")
-        ->capture_default_str()
-        ->type_name("N|WxH");
+    AddSizeOption(command, request.size);
     command.add_option("--samples", request.samples, "How many paths of light a pixel; more give less noise")
         ->check(CLI::Range(1, kMostSamples).description(""))
         ->capture_default_str()

@@ -1,42 +1,58 @@
-// Plain elements in one block of memory that grows where it stands if the system can.
+// Plain elements in one block of memory that grows where it stands.
 //
-// Meshes of plug-ins grow by doubling and are cut to size at the end, with millions of elements: each step costs no
-// copy then. New elements are zero.
+// Meshes of plug-ins grow by doubling and are cut to size at the end, with millions of elements: no step copies
+// anything, and what was never written costs nothing. New elements are zero.
 #pragma once
 
 #include "ge_sys_math.h"
 
 #include <algorithm>
-#include <cstdlib>
+#include <cstddef>
 #include <span>
 
 namespace host {
+
+/// Bytes that are zero until they are written. Large blocks are the system's own pages.
+class ZeroedBlock {
+public:
+    ZeroedBlock() = default;
+    ZeroedBlock(const ZeroedBlock&) = delete;
+    ZeroedBlock& operator=(const ZeroedBlock&) = delete;
+    ~ZeroedBlock() { resize(0); }
+
+    void* data() const { return memory; }
+    size_t size() const { return byteCount; }
+    /// Keeps what is there up to the lesser of both sizes. False, with nothing changed, without memory.
+    bool resize(size_t wanted);
+
+private:
+    bool isPaged() const;
+    bool moveTo(size_t wanted, bool paged);
+
+    void* memory = nullptr;
+    size_t byteCount = 0;
+};
 
 template <class T> class PlainArray {
     static_assert(std::is_trivially_copyable_v<T> && alignof(T) <= alignof(std::max_align_t));
 
 public:
-    PlainArray() = default;
-    PlainArray(const PlainArray&) = delete;
-    PlainArray& operator=(const PlainArray&) = delete;
-    ~PlainArray() { std::free(block); }
-
-    T* data() { return block; }
-    const T* data() const { return block; }
+    T* data() { return static_cast<T*>(block.data()); }
+    const T* data() const { return static_cast<const T*>(block.data()); }
     size_t size() const { return count; }
-    T& operator[](size_t i) { return block[i]; }
-    const T& operator[](size_t i) const { return block[i]; }
-    operator std::span<const T>() const { return {block, count}; }
+    T& operator[](size_t i) { return data()[i]; }
+    const T& operator[](size_t i) const { return data()[i]; }
+    operator std::span<const T>() const { return {data(), count}; }
 
     /// Room for so many, so that resize() up to there cannot fail. False, with nothing changed, without memory.
-    bool reserve(size_t wanted) { return wanted <= room || reallocate(wanted); }
+    bool reserve(size_t wanted) { return wanted <= room() || resizeBlock(wanted); }
 
     /// False, with nothing changed, without memory. Growing in small steps is not slow; shrinking gives memory back.
     bool resize(size_t wanted)
     {
-        if (wanted > room && !reallocate(std::max(wanted, room + room / 2)) && !reallocate(wanted)) return false;
-        if (wanted > count) ClearMem(block + count, static_cast<Int>((wanted - count) * sizeof(T)));
-        if (wanted < count) reallocate(wanted);
+        if (wanted > room() && !resizeBlock(std::max(wanted, count + count / 2)) && !resizeBlock(wanted)) return false;
+        if (wanted < count && !resizeBlock(wanted))
+            ClearMem(data() + wanted, static_cast<Int>((count - wanted) * sizeof(T)));
         count = wanted;
         return true;
     }
@@ -44,29 +60,19 @@ public:
     bool assign(std::span<const T> elements)
     {
         if (!resize(elements.size())) return false;
-        CopyMem(elements.data(), block, static_cast<Int>(elements.size_bytes()));
+        CopyMem(elements.data(), data(), static_cast<Int>(elements.size_bytes()));
         return true;
     }
 
 private:
-    bool reallocate(size_t wanted)
+    size_t room() const { return block.size() / sizeof(T); }
+    bool resizeBlock(size_t wanted)
     {
-        if (wanted == 0) {
-            std::free(block);
-            block = nullptr;
-            room = 0;
-            return true;
-        }
-        if (wanted > LIMIT<size_t>::MAX / 2 / sizeof(T)) return false;
-        void* moved = std::realloc(static_cast<void*>(block), wanted * sizeof(T));
-        if (!moved) return false;
-        block = static_cast<T*>(moved);
-        room = wanted;
-        return true;
+        return wanted <= LIMIT<size_t>::MAX / 2 / sizeof(T) && block.resize(wanted * sizeof(T));
     }
 
-    T* block = nullptr;
-    size_t count = 0, room = 0;
+    ZeroedBlock block; // nothing is written behind `count`
+    size_t count = 0;
 };
 
 } // namespace host

@@ -111,13 +111,15 @@ public:
         view.recorder.reset(true);
         if (view.options.grid) DrawFloorGrid(view.frame(), ExtentOfShown(document), list);
         std::vector<BaseObject*> plugins; // shown ones, in tree order
-        VisitShown(document, [this, &plugins](const ShownObject& shown) {
-            if (broken()) return;
-            if (shown.showsItself) drawObject(shown);
-            if (shown.elsewhere || !shown.object.GetNodeData()) return;
+        const auto drawOwn = [this](const ShownObject& shown) {
+            if (shown.showsItself && !broken()) drawObject(shown);
+        };
+        const auto letPluginDraw = [this, &plugins](const ShownObject& shown) {
+            if (shown.elsewhere || !shown.object.GetNodeData() || broken()) return;
             callObject(shown.object, DRAWPASS_OBJECT, true);
             plugins.push_back(&shown.object);
-        });
+        };
+        VisitShown(document, drawOwn, letPluginDraw);
         callHooks(SCENEHOOKDRAW_DRAW_PASS, true);
         if (view.options.boxes) drawActiveBoxes();
         callActive(plugins, BIT_ACTIVE, DRAWPASS_BOX, true);
@@ -171,7 +173,8 @@ private:
     void addToActive(const ShownObject& shown)
     {
         if (active.empty() || active.back().first != &shown.owner) active.emplace_back(&shown.owner, Extent());
-        AddExtent(shown.object, ~shown.owner.GetMg() * shown.matrix, active.back().second);
+        Extent& box = active.back().second;
+        VisitOutline(shown.object, ~shown.owner.GetMg() * shown.matrix, [&box](const Vector& p) { box.add(p); });
     }
 
     void drawActiveBoxes()

@@ -79,30 +79,37 @@ bool AxisViewAxes(Int32 projection, Matrix& axes)
     }
 }
 
-void FrameExtent(const Extent& extent, Float distanceFactor, ViewFrame& frame)
+Framing::Framing(const ViewFrame& frame, const Extent& extent)
+    : camera(frame.worldFromCamera),
+      halfWidth(kFilledShare * frame.width / 2),
+      halfHeight(kFilledShare * frame.height / 2),
+      focus(frame.pixelsPerUnit),
+      distance(kSmallestExtent),
+      pixels(1 / kSmallestExtent)
 {
-    if (extent.empty() || frame.width < 1 || frame.height < 1) return;
-
-    Matrix& camera = frame.worldFromCamera;
     camera.off = (extent.minimum + extent.maximum) * 0.5;
-    const Matrix cameraFromWorld = ~camera;
-    const Float halfWidth = kFilledShare * frame.width / 2, halfHeight = kFilledShare * frame.height / 2;
-    Float distance = kSmallestExtent, pixels = 1 / kSmallestExtent, deepest = 0;
-    for (int i = 0; i < 8; ++i) {
-        const Vector corner = cameraFromWorld * extent.corner(i);
-        const Float x = std::abs(corner.x), y = std::abs(corner.y);
-        distance = std::max({distance, x * frame.pixelsPerUnit / halfWidth - corner.z,
-                             y * frame.pixelsPerUnit / halfHeight - corner.z});
-        if (x > 0) pixels = std::min(pixels, halfWidth / x);
-        if (y > 0) pixels = std::min(pixels, halfHeight / y);
-        deepest = std::max(deepest, corner.z);
-    }
+    cameraFromWorld = ~camera;
+}
+
+void Framing::add(const Vector& point)
+{
+    const Vector p = cameraFromWorld * point;
+    const Float x = std::abs(p.x), y = std::abs(p.y);
+    distance = std::max({distance, x * focus / halfWidth - p.z, y * focus / halfHeight - p.z});
+    if (x > 0) pixels = std::min(pixels, halfWidth / x);
+    if (y > 0) pixels = std::min(pixels, halfHeight / y);
+    deepest = std::max(deepest, -p.z);
+}
+
+void Framing::apply(Float distanceFactor, ViewFrame& frame) const
+{
+    frame.worldFromCamera = camera;
     if (frame.perspective) {
-        camera.off -= camera.v3 * (distance * distanceFactor);
+        frame.worldFromCamera.off -= camera.v3 * (distance * distanceFactor);
         return;
     }
     frame.pixelsPerUnit = pixels / distanceFactor;
-    camera.off -= camera.v3 * (2 * deepest + 1);
+    frame.worldFromCamera.off -= camera.v3 * (2 * deepest + 1);
 }
 
 } // namespace host

@@ -19,9 +19,10 @@ struct Place {
 
 class Walk {
 public:
-    Walk(BaseDocument& walked, const std::function<void(const ShownObject&)>& visitor)
+    Walk(BaseDocument& walked, const ShownVisitor& visitor, const ShownVisitor& leaver)
         : document(walked),
-          visit(visitor)
+          visit(visitor),
+          leave(leaver)
     {
     }
 
@@ -43,25 +44,27 @@ private:
         const bool visible = own && (!layer || layer->view);
         BaseObject* product = productOf(object);
         if (visible) {
-            show(object, place, !product);
+            const ShownObject shown = shownAt(object, place, !product);
+            visit(shown);
             if (product)
                 visitList(product, inside(object, place), true);
             else
                 visitLinked(object, place);
+            if (leave) leave(shown);
         }
         Place below = place;
         ++below.depth;
         visitList(object.GetDown(), below, own);
     }
 
-    void show(BaseObject& object, const Place& place, bool showsItself)
+    static ShownObject shownAt(BaseObject& object, const Place& place, bool showsItself)
     {
-        visit({.object = object,
-               .matrix = place.isMoved ? place.moved * object.GetMg() : object.GetMg(),
-               .owner = place.owner ? *place.owner : object,
-               .colorSource = place.colorSource ? *place.colorSource : object,
-               .elsewhere = place.isMoved,
-               .showsItself = showsItself && !object.GetBit(BIT_CONTROLOBJECT)});
+        return {.object = object,
+                .matrix = place.isMoved ? place.moved * object.GetMg() : object.GetMg(),
+                .owner = place.owner ? *place.owner : object,
+                .colorSource = place.colorSource ? *place.colorSource : object,
+                .elsewhere = place.isMoved,
+                .showsItself = showsItself && !object.GetBit(BIT_CONTROLOBJECT)};
     }
 
     static BaseObject* productOf(BaseObject& object)
@@ -100,40 +103,62 @@ private:
             visitList(product, there, true);
             return;
         }
-        show(*linked, there, true);
+        visit(shownAt(*linked, there, true));
         visitLinked(*linked, there);
     }
 
     BaseDocument& document;
-    const std::function<void(const ShownObject&)>& visit;
+    const ShownVisitor& visit;
+    const ShownVisitor& leave;
 };
 
 } // namespace
 
-void VisitShown(BaseDocument& document, const std::function<void(const ShownObject&)>& visit)
+void VisitShown(BaseDocument& document, const ShownVisitor& visit, const ShownVisitor& leave)
 {
-    Walk(document, visit).visitList(document.GetFirstObject(), {}, true);
+    Walk(document, visit, leave).visitList(document.GetFirstObject(), {}, true);
 }
 
-void AddExtent(BaseObject& object, const Matrix& matrix, Extent& extent)
+void VisitOutline(BaseObject& object, const Matrix& matrix, const std::function<void(const Vector&)>& visit)
 {
-    if (!object.IsInstanceOf(Opoint)) {
-        const Vector radius = object.GetRad();
-        if (radius.IsNotZero()) extent.add(matrix, object.GetMp(), radius);
-        return;
+    Extent box;
+    if (object.IsInstanceOf(Opoint)) {
+        const auto& points = static_cast<const PointObject&>(object);
+        const Vector* positions = points.GetPointR();
+        const Int32 count = positions ? points.GetPointCount() : 0;
+        const bool isBox = count <= 2;
+        for (Int32 i = 0; i < count; ++i) {
+            if (isBox)
+                box.add(positions[i]);
+            else
+                visit(matrix * positions[i]);
+        }
+    } else if (const Vector radius = object.GetRad(); radius.IsNotZero()) {
+        box.add(Matrix(), object.GetMp(), radius);
     }
-    const auto& points = static_cast<const PointObject&>(object);
-    const Vector* positions = points.GetPointR();
-    for (Int32 i = 0; positions && i < points.GetPointCount(); ++i) extent.add(matrix * positions[i]);
+    for (int i = 0; i < 8 && !box.empty(); ++i) visit(matrix * box.corner(i));
 }
 
 Extent ExtentOfShown(BaseDocument& document)
 {
     Extent extent;
     VisitShown(document, [&extent](const ShownObject& shown) {
-        if (shown.showsItself) AddExtent(shown.object, shown.matrix, extent);
+        if (shown.showsItself)
+            VisitOutline(shown.object, shown.matrix, [&extent](const Vector& point) { extent.add(point); });
     });
     return extent;
+}
+
+void FrameShown(BaseDocument& document, Float distanceFactor, ViewFrame& frame)
+{
+    const Extent extent = ExtentOfShown(document);
+    if (extent.empty()) return;
+    Framing framing(frame, extent);
+    VisitShown(document, [&framing](const ShownObject& shown) {
+        if (shown.showsItself)
+            VisitOutline(shown.object, shown.matrix, [&framing](const Vector& point) { framing.add(point); });
+    });
+    framing.apply(distanceFactor, frame);
 }
 
 } // namespace host

@@ -21,13 +21,19 @@ struct ShownObject {
 
 /// Visits in tree order, an object before what is in its cache and before its children. Hidden are objects that are
 /// switched off, those below them that follow their parents, and those on layers that are not viewed. A render instance
-/// brings the cache of the object that it links to, at its own place.
-void VisitShown(BaseDocument& document, const std::function<void(const ShownObject&)>& visit);
+/// brings the cache of the object that it links to, at its own place. `leave` comes behind an object's cache, before
+/// its children.
+using ShownVisitor = std::function<void(const ShownObject&)>;
+void VisitShown(BaseDocument& document, const ShownVisitor& visit, const ShownVisitor& leave = {});
 
-/// The object's points, or the box that it tells where it is no point object, through `matrix`.
-void AddExtent(BaseObject& object, const Matrix& matrix, Extent& extent);
+/// The object's points through `matrix`; of two points or fewer, and where it is no point object, the corners of its
+/// box.
+void VisitOutline(BaseObject& object, const Matrix& matrix, const std::function<void(const Vector&)>& visit);
 
 /// Of all that is shown.
 Extent ExtentOfShown(BaseDocument& document);
+
+/// Moves the frame's camera, without turning it, so that all that is shown is seen; see FrameExtent.
+void FrameShown(BaseDocument& document, Float distanceFactor, ViewFrame& frame);
 
 } // namespace host

@@ -2,6 +2,7 @@
 
 #include "core/document.h"
 #include "core/node_class.h"
+#include "view/scene_walk.h"
 
 #include <algorithm>
 
@@ -99,14 +100,14 @@ ViewFrame ViewCore::frame() const
     return seen;
 }
 
-void ViewCore::show(const Extent& extent, const Matrix& axes, Float distanceFactor)
+void ViewCore::show(BaseDocument& document, const Matrix& axes, Float distanceFactor)
 {
     ViewFrame seen = frame();
     Matrix own;
     const Vector at = seen.worldFromCamera.off;
     seen.worldFromCamera = AxisViewAxes(projection(), own) ? own : axes;
     seen.worldFromCamera.off = at;
-    FrameExtent(extent, distanceFactor, seen);
+    FrameShown(document, distanceFactor, seen);
     parallelPixels = seen.perspective ? parallelPixels : seen.pixelsPerUnit;
     chosen = 0;
     ownCamera->SetLocal(seen.worldFromCamera);

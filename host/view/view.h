@@ -37,9 +37,9 @@ struct ViewCore : NodeCore {
     /// As it is now; during a redraw as it was at its beginning.
     ViewFrame frame() const;
 
-    /// Turns the editor's camera to `axes` and moves it so that all of `extent` is seen; farther away by
+    /// Turns the editor's camera to `axes` and moves it so that all that the document shows is seen; farther away by
     /// `distanceFactor`. Axis views keep their direction.
-    void show(const Extent& extent, const Matrix& axes, Float distanceFactor = 1);
+    void show(BaseDocument& document, const Matrix& axes, Float distanceFactor = 1);
 
     /// For callbacks that draw into this view.
     BaseDrawHelp drawHelp(BaseDocument& document) const;

@@ -16,7 +16,7 @@ public:
     struct Request {
         BaseObject* root = nullptr;
         Matrix matrix{};                      // what positions are told in the space of; mostly the root's
-        std::vector<BaseMaterial*> materials; // that flag polygons
+        std::vector<BaseMaterial*> materials{}; // that flag polygons
         Bool rendering = false;               // visibility in the renderer counts, not that in the editor
     };
 

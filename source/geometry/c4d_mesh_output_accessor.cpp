@@ -97,7 +97,7 @@ uint64_t C4dMeshOutputAccessor::AddPoint(const vdt::Vector3& position, const vdt
 
     points[pointCount] = ToHost(position, scale);
     // The host keeps components up to 1 alone, and clipping would bend what is longer.
-    if (normalTag) normals.push_back(ToHostDirection(vdt::Normalized(normal)));
+    if (normalTag) normals.push_back(Vector32(ToHostDirection(vdt::Normalized(normal))));
     return static_cast<uint64_t>(pointCount++);
 }
 
@@ -182,10 +182,10 @@ bool C4dMeshOutputAccessor::write(const Piece& piece, BaseSelect& selection)
     }
     if (normalHandle && normals.size() == static_cast<size_t>(pointCount)) {
         NormalStruct turned;
-        turned.d = normals[piece.normals[0]];
-        turned.c = isQuad ? normals[piece.normals[1]] : turned.d;
-        turned.b = normals[piece.normals[isQuad ? 2 : 1]];
-        turned.a = normals[piece.normals[isQuad ? 3 : 2]];
+        turned.d = Vector(normals[piece.normals[0]]);
+        turned.c = isQuad ? Vector(normals[piece.normals[1]]) : turned.d;
+        turned.b = Vector(normals[piece.normals[isQuad ? 2 : 1]]);
+        turned.a = Vector(normals[piece.normals[isQuad ? 3 : 2]]);
         NormalTag::Set(normalHandle, polygonCount, turned);
     }
     selection.Select(polygonCount);

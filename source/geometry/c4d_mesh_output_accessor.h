@@ -74,6 +74,6 @@ private:
     BaseSelect* lastSelection = nullptr; // of `lastMaterial`; null before the first polygon
 
     std::vector<vdt::Vector2f> coordinates;
-    std::vector<Vector> normals; // one a point, in the host's world and of unit length or zero; empty without normals
+    std::vector<Vector32> normals; // one a point, in the host's world and of unit length or zero; empty without normals
     String prefix;
 };

@@ -65,7 +65,9 @@ TEST(Projection, AFramedBoxFillsTheFrameAndStaysInIt)
         Extent extent;
         const Vector middle(100 * number(random), 100 * number(random), 100 * number(random));
         extent.add(Matrix(), middle, Vector(-30 - 20 * number(random), 30, -1)); // radii may be negative
-        FrameExtent(extent, 1, frame);
+        Framing framing(frame, extent);
+        for (int i = 0; i < 8; ++i) framing.add(extent.corner(i));
+        framing.apply(1, frame);
 
         Float reach = 0;
         const Vector size(frame.width, frame.height, 0);
@@ -79,7 +81,7 @@ TEST(Projection, AFramedBoxFillsTheFrameAndStaysInIt)
         ASSERT_GE(reach, 0.89);
 
         ViewFrame farther = frame;
-        FrameExtent(extent, 2, farther);
+        framing.apply(2, farther);
         const auto units = [&](const ViewFrame& seen) {
             return UnitsPerPixel(seen, (~seen.worldFromCamera * middle).z);
         };
