@@ -49,6 +49,7 @@ std::vector<Filename> placesOf(const Filename& name, const Filename& documentPat
 
 std::vector<RootTextureString::Asset> CollectAssets(BaseDocument& document, ASSETDATA_FLAG flags)
 {
+    StopAllThreads();
     RootTextureString collected;
     AssetData request;
     request.doc = &document;

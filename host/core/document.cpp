@@ -8,7 +8,6 @@
 #include "drendersettings.h"
 
 #include <algorithm>
-#include <set>
 #include <string>
 
 namespace host {
@@ -81,19 +80,6 @@ template <class Use> void forEachBelow(const NodeCore& node, const Use& use)
     }
 }
 
-void giveUniqueName(NodeCore& node, std::set<String>& taken)
-{
-    if (taken.insert(node.name).second) return;
-    const String stem = withoutNumber(node.name) + String(" .");
-    for (Int32 number = 1;; ++number) {
-        const String tried = stem + String::IntToString(number);
-        if (!taken.insert(tried).second) continue;
-        node.name = tried;
-        node.Raise(DIRTYFLAGS_DATA);
-        return;
-    }
-}
-
 NodeCore* searchName(const NodeCore& below, const String& name)
 {
     for (NodeCore* child = below.firstChild; child; child = child->next) {
@@ -143,14 +129,30 @@ void DocumentCore::FreeCaches()
     NodeCore::FreeCaches();
 }
 
-void MakeNamesUnique(const ListCore& list, NodeCore& node)
+UniqueNames::UniqueNames(const ListCore& list, const NodeCore* newcomer)
 {
-    std::set<String> taken;
     forEachBelow(list, [&](const NodeCore& other) {
-        if (!node.Contains(other)) taken.insert(other.name);
+        if (!newcomer || !newcomer->Contains(other)) taken.insert(other.name);
     });
-    giveUniqueName(node, taken);
-    forEachBelow(node, [&](NodeCore& child) { giveUniqueName(child, taken); });
+}
+
+void UniqueNames::Give(NodeCore& node)
+{
+    giveOne(node);
+    forEachBelow(node, [this](NodeCore& child) { giveOne(child); });
+}
+
+void UniqueNames::giveOne(NodeCore& node)
+{
+    if (taken.insert(node.name).second) return;
+    const String stem = withoutNumber(node.name) + String(" .");
+    for (Int32 number = 1;; ++number) {
+        const String tried = stem + String::IntToString(number);
+        if (!taken.insert(tried).second) continue;
+        node.name = tried;
+        node.Raise(DIRTYFLAGS_DATA);
+        return;
+    }
 }
 
 void TellInsertion(NodeCore& node)
@@ -169,6 +171,7 @@ void TellInsertion(NodeCore& node)
 
 BaseDocument* CloneDocument(BaseDocument& document)
 {
+    if (GeIsMainThread()) StopAllThreads();
     AutoAlloc<AliasTrans> links;
     if (!links || !links->Init(&document)) return nullptr;
     NodeCore* clone = CloneNode(*CoreOf(&document), COPYFLAGS_DOCUMENT, links);
@@ -202,6 +205,7 @@ BaseDocument* BaseDocument::Alloc()
 
 void BaseDocument::Free(BaseDocument*& document)
 {
+    if (document && CoreOf(document)->IsLinked()) return KillDocument(document); // it is open
     host::FreeNode(CoreOf(document));
     document = nullptr;
 }
@@ -305,14 +309,14 @@ BaseSceneHook* BaseDocument::FindSceneHook(Int32 id) const
 void BaseDocument::InsertObject(BaseObject* object, BaseObject* parent, BaseObject* pred, Bool checknames)
 {
     if (!insert(CoreOf(this)->objects, CoreOf(object), CoreOf(parent), CoreOf(pred))) return;
-    if (checknames) host::MakeNamesUnique(CoreOf(this)->objects, *CoreOf(object));
+    if (checknames) host::UniqueNames(CoreOf(this)->objects, CoreOf(object)).Give(*CoreOf(object));
     host::TellInsertion(*CoreOf(object));
 }
 
 void BaseDocument::InsertMaterial(BaseMaterial* material, BaseMaterial* pred, Bool checknames)
 {
     if (!insert(CoreOf(this)->materials, CoreOf(material), nullptr, CoreOf(pred))) return;
-    if (checknames) host::MakeNamesUnique(CoreOf(this)->materials, *CoreOf(material));
+    if (checknames) host::UniqueNames(CoreOf(this)->materials, CoreOf(material)).Give(*CoreOf(material));
     host::TellInsertion(*CoreOf(material));
 }
 

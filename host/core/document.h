@@ -9,6 +9,8 @@
 #include "core/node.h"
 #include "core/undo.h"
 
+#include <set>
+
 namespace host {
 
 struct DocumentCore : NodeCore {
@@ -46,8 +48,20 @@ inline DocumentCore* CoreOf(const BaseDocument* document)
 constexpr Int32 kViewType = 110306;
 constexpr Int32 kViewProjection = 1000; // Pperspective, ...
 
-/// Gives the node and all below it names that no other node of `list` has: " .1", " .2", ... behind a taken one.
-void MakeNamesUnique(const ListCore& list, NodeCore& node);
+/// The names within a list, for giving newcomers names that nobody has: " .1", " .2", ... behind a taken one.
+class UniqueNames {
+public:
+    /// Without those of `newcomer` and what is below it, if it stands in the list already.
+    explicit UniqueNames(const ListCore& list, const NodeCore* newcomer = nullptr);
+
+    /// Names the node and all below it.
+    void Give(NodeCore& node);
+
+private:
+    void giveOne(NodeCore& node);
+
+    std::set<String> taken;
+};
 
 /// Tells the scene hooks of the node's document, if it is in one, that an object, tag or material was inserted.
 void TellInsertion(NodeCore& node);

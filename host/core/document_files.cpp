@@ -66,12 +66,13 @@ bool mayAsk(SCENEFILTER flags)
 // Moves the nodes of a list to the front of another, in their order.
 void moveList(ListCore& from, ListCore& to, bool undo)
 {
+    UniqueNames names(to);
     NodeCore* last = nullptr;
     while (NodeCore* node = from.firstChild) {
         VisitBelow(*node, [](NodeCore& each) { each.bits &= ~BIT_ACTIVE; });
         node->Unlink();
+        names.Give(*node);
         to.InsertChild(*node, last);
-        MakeNamesUnique(to, *node);
         if (undo) to.Document()->undo.add(UNDOTYPE_NEW, *node);
         last = node;
     }
@@ -138,6 +139,7 @@ private:
 
 BaseDocument* ReadDocument(const Filename& name, SCENEFILTER flags)
 {
+    if (GeIsMainThread()) StopAllThreads();
     DocumentCore* document = readScene(name, flags);
     if (!document) return nullptr;
 

@@ -197,6 +197,7 @@ bool Render(BaseDocument& document, BUILDFLAGS flags, const std::function<bool(B
 
 Bool BaseDocument::ExecutePasses(BaseThread* bt, Bool animation, Bool expressions, Bool caches, BUILDFLAGS flags)
 {
+    if (GeIsMainThread()) StopAllThreads(); // the worker may be at the same objects
     return host::Evaluate(*host::CoreOf(this), {.thread = bt,
                                                 .animation = animation != 0,
                                                 .expressions = expressions != 0,

@@ -286,6 +286,7 @@ void UndoStack::afterSwap(Int32 message)
 
 bool UndoStack::undo()
 {
+    StopAllThreads();
     closeAll();
     if (done == 0) return false;
     Step& step = steps[--done];
@@ -296,6 +297,7 @@ bool UndoStack::undo()
 
 bool UndoStack::redo()
 {
+    StopAllThreads();
     closeAll();
     if (done == steps.size()) return false;
     Step& step = steps[done++];

@@ -1,6 +1,8 @@
+#include "core/assets.h"
 #include "core/documents.h"
 #include "core/edits.h"
 #include "core/evaluation.h"
+#include "core/string_access.h"
 #include "core/worker.h"
 #include "obase.h"
 #include "oinstance.h"
@@ -198,15 +200,25 @@ TEST_F(EvaluationTest, TheWorkerIsJoinedBeforeTheMainThreadTouchesNodes)
     bool overlapped = false;
     Generator::Of(object).onMessage = [&](Int32, void*) { overlapped |= inside; };
     Generator::Of(object).build = [&](BaseObject* op, HierarchyHelp* hh) -> BaseObject* {
+        if (!hh->GetThread()) return nullptr;
         inside = true;
         while (!hh->GetThread()->TestBreak()) std::this_thread::yield();
         const Int32 points = ParameterOf(op);
         inside = false;
         return PolygonObject::Alloc(points, 1);
     };
-    for (Int32 i = 0; i < 20; ++i) {
+    const Filename file(TextOf(host.folder.path("scene")));
+    const std::function<bool()> commands[] = {
+        [&] { return EditParameter(*object, DescID(kParameter), GeData(object->GetDirty(DIRTYFLAGS_DATA) + 0.0)); },
+        [&] { return document->DoUndo() && document->DoRedo(); },
+        [&] { return document->ExecutePasses(nullptr, true, true, true, BUILDFLAGS_0) != 0; },
+        [&] { return SaveScene(*document, file) && MergeScene(*document, file, SCENEFILTER_MATERIALS); },
+        [&] { return Render(*document, BUILDFLAGS_0, [](BaseDocument&) { return true; }); },
+        [&] { return CreateFromMenu(Onull) && CollectAssets(*document, ASSETDATA_FLAG_0).empty(); }};
+    for (const auto& command : commands) {
         StartPass(*document);
-        EXPECT_TRUE(EditParameter(*object, DescID(kParameter), GeData(10 + i)));
+        EXPECT_TRUE(command());
+        EXPECT_FALSE(PartOf<Worker>().busy());
     }
     EXPECT_FALSE(overlapped);
     EXPECT_EQ(object->GetCache(), nullptr) << "all were broken off";
