@@ -1,15 +1,10 @@
 #include "core/hyper_stream.h"
 
-#include "core/disk_file.h"
 #include "core/ge_value.h"
-#include "core/native_path.h"
 #include "core/node_class.h"
-#include "core/string_access.h"
 
 #include <algorithm>
 #include <array>
-#include <bit>
-#include <concepts>
 #include <optional>
 
 namespace host {
@@ -17,13 +12,7 @@ namespace {
 
 constexpr std::array<uint8_t, 8> kMagic = {'H', 'O', 'S', 'T', 'F', 'I', 'L', 'E'};
 constexpr UInt32 kFormatVersion = 1;
-constexpr size_t kVersionPlace = 16; // of the content's version
 constexpr size_t kLengthSize = sizeof(UInt64);
-
-template <size_t Size>
-using UnsignedOf =
-    std::conditional_t<Size == 1, uint8_t,
-                       std::conditional_t<Size == 2, uint16_t, std::conditional_t<Size == 4, uint32_t, uint64_t>>>;
 
 // What stands between a tag and the value's end: a fixed number of bytes, and for some a length and as many more.
 struct Shape {
@@ -58,16 +47,6 @@ std::optional<Shape> shapeOf(uint8_t tag)
     case HYPERFILEVALUE_START: return Shape{8, true};
     default: return {};
     }
-}
-
-std::span<const uint8_t> bytesOf(std::string_view text)
-{
-    return {reinterpret_cast<const uint8_t*>(text.data()), text.size()};
-}
-
-String textOf(std::span<const uint8_t> utf8)
-{
-    return TextOf({reinterpret_cast<const char*>(utf8.data()), utf8.size()});
 }
 
 // Where entries of a file go in a container: over the first entry of their id that was there before, else to the end.
@@ -192,27 +171,6 @@ void HyperStream::startWriting(Int32 ident)
     at = own.size();
 }
 
-template <class Number> void HyperStream::patch(size_t place, Number value)
-{
-    const auto number = std::bit_cast<UnsignedOf<sizeof(Number)>>(value);
-    for (size_t byte = 0; byte < sizeof(Number); ++byte) own[place + byte] = static_cast<uint8_t>(number >> (8 * byte));
-}
-
-template <class Number> void HyperStream::putNumber(Number value)
-{
-    own.resize(own.size() + sizeof(Number));
-    patch(own.size() - sizeof(Number), value);
-}
-
-template <class... Numbers> bool HyperStream::put(uint8_t tag, Numbers... values)
-{
-    if (!canWrite()) return false;
-    own.push_back(tag);
-    (putNumber(values), ...);
-    at = own.size();
-    return true;
-}
-
 bool HyperStream::putBytes(uint8_t tag, std::span<const uint8_t> content)
 {
     if (!put(tag, static_cast<UInt64>(content.size()))) return false;
@@ -235,15 +193,6 @@ void HyperStream::endLength()
     patch(place, static_cast<UInt64>(own.size() - place - kLengthSize));
 }
 
-template <class Number> Number HyperStream::getNumber()
-{
-    using Unsigned = UnsignedOf<sizeof(Number)>;
-    uint64_t number = 0;
-    for (size_t byte = 0; byte < sizeof(Number); ++byte) number |= uint64_t{bytes[at + byte]} << (8 * byte);
-    at += sizeof(Number);
-    return std::bit_cast<Number>(static_cast<Unsigned>(number));
-}
-
 // Whether the next value has the tag and the bytes that the tag promises.
 bool HyperStream::has(uint8_t tag, size_t size)
 {
@@ -251,14 +200,6 @@ bool HyperStream::has(uint8_t tag, size_t size)
     if (at >= limit) return fail(FILEERROR_FILE_END);
     if (bytes[at] != tag) return fail(shapeOf(bytes[at]) ? FILEERROR_WRONG_VALUE : FILEERROR_UNKNOWN_VALUE);
     return limit - at - 1 >= size || fail(FILEERROR_FILE_END);
-}
-
-template <class... Numbers> bool HyperStream::take(uint8_t tag, Numbers*... values)
-{
-    if (!has(tag, (sizeof(Numbers) + ... + 0))) return false;
-    ++at;
-    ((*values = getNumber<Numbers>()), ...);
-    return true;
 }
 
 bool HyperStream::takeBytes(uint8_t tag, std::span<const uint8_t>& content)
@@ -471,315 +412,3 @@ bool HyperStream::takeContainer(BaseContainer& value, bool flush)
 }
 
 } // namespace host
-
-using host::HyperStream;
-
-HyperFile::HyperFile() : stream(std::make_unique<HyperStream>())
-{
-    stream->facade = this;
-}
-
-HyperFile::~HyperFile() = default;
-
-HyperFile* HyperFile::Alloc()
-{
-    return new HyperFile;
-}
-
-void HyperFile::Free(HyperFile*& file)
-{
-    delete file;
-    file = nullptr;
-}
-
-Bool HyperFile::Open(Int32 ident, const Filename& name, FILEOPEN mode, FILEDIALOG)
-{
-    if (stream->mode != HyperStream::Mode::Closed) return stream->fail(FILEERROR_INVALID);
-    stream->error = FILEERROR_NONE;
-    if (mode == FILEOPEN_WRITE) {
-        stream->path = host::FilePath(name);
-        stream->startWriting(ident);
-        return true;
-    }
-    auto content = host::LoadFile(host::FilePath(name));
-    if (!content) return stream->fail(FILEERROR_OPEN);
-    stream->own = std::move(*content);
-    return stream->startReading(ident, stream->own);
-}
-
-Bool HyperFile::Close()
-{
-    const HyperStream::Mode mode = stream->mode;
-    if (mode == HyperStream::Mode::Closed) return stream->fail(FILEERROR_CLOSE);
-    stream->mode = HyperStream::Mode::Closed;
-    if (mode == HyperStream::Mode::Reading || stream->path.empty()) return true;
-
-    if (!stream->scopes.empty()) return stream->fail(FILEERROR_CHUNK_NUMBER);
-    return host::SaveFile(stream->path, stream->own) || stream->fail(FILEERROR_WRITE);
-}
-
-FILEERROR HyperFile::GetError() const
-{
-    return stream->error;
-}
-
-void HyperFile::SetError(FILEERROR error)
-{
-    stream->forgetError();
-    if (error != FILEERROR_NONE) stream->fail(error);
-}
-
-Int32 HyperFile::GetFileVersion() const
-{
-    return stream->fileVersion;
-}
-
-void HyperFile::SetFileVersion(Int32 version)
-{
-    stream->fileVersion = version;
-    if (stream->mode == HyperStream::Mode::Writing) stream->patch(host::kVersionPlace, version);
-}
-
-BaseDocument* HyperFile::GetDocument() const
-{
-    return stream->document;
-}
-
-Bool HyperFile::ReadUChar(UChar* value)
-{
-    return stream->take(HYPERFILEVALUE_UCHAR, value);
-}
-
-Bool HyperFile::ReadInt32(Int32* value)
-{
-    return stream->take(HYPERFILEVALUE_INT32, value);
-}
-
-Bool HyperFile::ReadUInt32(UInt32* value)
-{
-    return stream->take(HYPERFILEVALUE_UINT32, value);
-}
-
-Bool HyperFile::ReadInt64(Int64* value)
-{
-    return stream->take(HYPERFILEVALUE_INT64, value);
-}
-
-Bool HyperFile::ReadUInt64(UInt64* value)
-{
-    return stream->take(HYPERFILEVALUE_UINT64, value);
-}
-
-Bool HyperFile::ReadFloat(Float* value)
-{
-    return stream->take(HYPERFILEVALUE_FLOAT, value);
-}
-
-Bool HyperFile::ReadFloat32(Float32* value)
-{
-    return stream->take(HYPERFILEVALUE_FLOAT32, value);
-}
-
-Bool HyperFile::ReadBool(Bool* value)
-{
-    UChar byte = 0;
-    if (!stream->take(HYPERFILEVALUE_BOOL, &byte)) return false;
-    *value = byte != 0;
-    return true;
-}
-
-Bool HyperFile::ReadTime(BaseTime* value)
-{
-    Float numerator = 0, denominator = 1;
-    if (!stream->take(HYPERFILEVALUE_TIME, &numerator, &denominator)) return false;
-    *value = BaseTime(numerator, denominator);
-    return true;
-}
-
-Bool HyperFile::ReadVector(Vector* value)
-{
-    return stream->take(HYPERFILEVALUE_VECTOR, &value->x, &value->y, &value->z);
-}
-
-Bool HyperFile::ReadMatrix(Matrix* value)
-{
-    Matrix& m = *value;
-    return stream->take(HYPERFILEVALUE_MATRIX, &m.off.x, &m.off.y, &m.off.z, &m.v1.x, &m.v1.y, &m.v1.z, &m.v2.x,
-                        &m.v2.y, &m.v2.z, &m.v3.x, &m.v3.y, &m.v3.z);
-}
-
-Bool HyperFile::ReadString(String* value)
-{
-    std::span<const uint8_t> content;
-    if (!stream->takeBytes(HYPERFILEVALUE_STRING, content)) return false;
-    *value = host::textOf(content);
-    return true;
-}
-
-Bool HyperFile::ReadFilename(Filename* value)
-{
-    std::span<const uint8_t> content;
-    if (!stream->takeBytes(HYPERFILEVALUE_FILENAME, content)) return false;
-    *value = Filename(host::textOf(content));
-    return true;
-}
-
-Bool HyperFile::ReadGeData(GeData* value)
-{
-    return stream->takeGeData(*value) == HyperStream::Taken::Whole;
-}
-
-Bool HyperFile::ReadContainer(BaseContainer* value, Bool flush)
-{
-    return stream->takeContainer(*value, flush != 0);
-}
-
-Bool HyperFile::ReadMemory(void** data, Int* size)
-{
-    std::span<const uint8_t> content;
-    const size_t start = stream->at;
-    if (!stream->takeBytes(HYPERFILEVALUE_MEMORY, content)) return false;
-    const auto length = static_cast<Int>(content.size());
-    Char* copy = NewMem(Char, length);
-    if (!copy) return stream->failAt(start, FILEERROR_OUTOFMEMORY);
-    CopyMem(content.data(), copy, length);
-    *data = copy;
-    *size = length;
-    return true;
-}
-
-Bool HyperFile::WriteUChar(UChar value)
-{
-    return stream->put(HYPERFILEVALUE_UCHAR, value);
-}
-
-Bool HyperFile::WriteInt32(Int32 value)
-{
-    return stream->put(HYPERFILEVALUE_INT32, value);
-}
-
-Bool HyperFile::WriteUInt32(UInt32 value)
-{
-    return stream->put(HYPERFILEVALUE_UINT32, value);
-}
-
-Bool HyperFile::WriteInt64(Int64 value)
-{
-    return stream->put(HYPERFILEVALUE_INT64, value);
-}
-
-Bool HyperFile::WriteUInt64(UInt64 value)
-{
-    return stream->put(HYPERFILEVALUE_UINT64, value);
-}
-
-Bool HyperFile::WriteFloat(Float value)
-{
-    return stream->put(HYPERFILEVALUE_FLOAT, value);
-}
-
-Bool HyperFile::WriteFloat32(Float32 value)
-{
-    return stream->put(HYPERFILEVALUE_FLOAT32, value);
-}
-
-Bool HyperFile::WriteBool(Bool value)
-{
-    return stream->put(HYPERFILEVALUE_BOOL, static_cast<UChar>(value ? 1 : 0));
-}
-
-Bool HyperFile::WriteTime(const BaseTime& value)
-{
-    return stream->put(HYPERFILEVALUE_TIME, value.GetNumerator(), value.GetDenominator());
-}
-
-Bool HyperFile::WriteVector(const Vector& value)
-{
-    return stream->put(HYPERFILEVALUE_VECTOR, value.x, value.y, value.z);
-}
-
-Bool HyperFile::WriteMatrix(const Matrix& m)
-{
-    return stream->put(HYPERFILEVALUE_MATRIX, m.off.x, m.off.y, m.off.z, m.v1.x, m.v1.y, m.v1.z, m.v2.x, m.v2.y, m.v2.z,
-                       m.v3.x, m.v3.y, m.v3.z);
-}
-
-Bool HyperFile::WriteString(const String& value)
-{
-    return stream->putBytes(HYPERFILEVALUE_STRING, host::bytesOf(host::Utf8Of(value)));
-}
-
-Bool HyperFile::WriteFilename(const Filename& value)
-{
-    return stream->putBytes(HYPERFILEVALUE_FILENAME, host::bytesOf(host::Utf8Of(value.GetString())));
-}
-
-Bool HyperFile::WriteGeData(const GeData& value)
-{
-    return stream->putGeData(value);
-}
-
-Bool HyperFile::WriteContainer(const BaseContainer& value)
-{
-    return stream->putContainer(value);
-}
-
-Bool HyperFile::WriteMemory(const void* data, Int size)
-{
-    if (size < 0 || (size > 0 && !data)) return stream->fail(FILEERROR_INVALID);
-    return stream->putBytes(HYPERFILEVALUE_MEMORY, {static_cast<const uint8_t*>(data), static_cast<size_t>(size)});
-}
-
-Bool HyperFile::WriteChunkStart(Int32 id, Int32 level)
-{
-    if (!stream->put(HYPERFILEVALUE_START, id, level)) return false;
-    stream->beginLength();
-    return true;
-}
-
-Bool HyperFile::WriteChunkEnd()
-{
-    if (!stream->canWrite()) return false;
-    if (stream->scopes.size() <= stream->floor) return stream->fail(FILEERROR_CHUNK_NUMBER);
-    stream->endLength();
-    return true;
-}
-
-Bool HyperFile::ReadChunkStart(Int32* id, Int32* level)
-{
-    UInt64 length = 0;
-    if (!stream->take(HYPERFILEVALUE_START, id, level, &length)) return false;
-    stream->enter(length);
-    return true;
-}
-
-Bool HyperFile::ReadChunkEnd()
-{
-    if (stream->mode != HyperStream::Mode::Reading || stream->scopes.size() <= stream->floor)
-        return stream->fail(FILEERROR_CHUNK_NUMBER);
-    stream->leave();
-    return true;
-}
-
-Bool HyperFile::SkipToEndChunk()
-{
-    if (stream->mode != HyperStream::Mode::Reading) return stream->fail(FILEERROR_READ);
-    stream->at = stream->limit;
-    return true;
-}
-
-Bool HyperFile::ReadValueHeader(HYPERFILEVALUE* type)
-{
-    if (stream->mode != HyperStream::Mode::Reading) return stream->fail(FILEERROR_READ);
-    if (stream->more()) {
-        *type = static_cast<HYPERFILEVALUE>(stream->bytes[stream->at]);
-        return true;
-    }
-    *type = stream->scopes.empty() ? HYPERFILEVALUE_NONE : HYPERFILEVALUE_STOP;
-    return !stream->scopes.empty();
-}
-
-Bool HyperFile::SkipValue(HYPERFILEVALUE type)
-{
-    return stream->skip(static_cast<uint8_t>(type));
-}

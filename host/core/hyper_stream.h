@@ -22,11 +22,13 @@
 
 #include "c4d_gedata.h"
 
+#include <bit>
 #include <cstdint>
 #include <filesystem>
 #include <map>
 #include <memory>
 #include <span>
+#include <type_traits>
 #include <vector>
 
 namespace host {
@@ -44,6 +46,7 @@ public:
     static constexpr Int32 kDeepest = 64;
     static constexpr uint8_t kGeDataTag = 200;
     static constexpr size_t kHeaderSize = 20;
+    static constexpr size_t kVersionPlace = 16; // of the content's version
     static constexpr UInt64 kMostNodes = UInt64(1) << 32;
 
     // Files in memory. Reading leaves the bytes where they are; they must outlive the file.
@@ -100,6 +103,9 @@ private:
     bool startReading(Int32 ident, std::span<const uint8_t> all);
     void startWriting(Int32 ident);
 
+    template <size_t Size>
+    using UnsignedOf = std::conditional_t<Size == 1, uint8_t, std::conditional_t<Size == 4, uint32_t, uint64_t>>;
+
     template <class Number> void patch(size_t place, Number value);
     template <class Number> void putNumber(Number value);
     template <class... Numbers> bool put(uint8_t tag, Numbers... values);
@@ -143,5 +149,43 @@ private:
     size_t errorAt = 0;
     size_t faults = 0; // errors so far, remembered or not
 };
+
+template <class Number> void HyperStream::patch(size_t place, Number value)
+{
+    const auto number = std::bit_cast<UnsignedOf<sizeof(Number)>>(value);
+    for (size_t byte = 0; byte < sizeof(Number); ++byte) own[place + byte] = static_cast<uint8_t>(number >> (8 * byte));
+}
+
+template <class Number> void HyperStream::putNumber(Number value)
+{
+    own.resize(own.size() + sizeof(Number));
+    patch(own.size() - sizeof(Number), value);
+}
+
+template <class... Numbers> bool HyperStream::put(uint8_t tag, Numbers... values)
+{
+    if (!canWrite()) return false;
+    own.push_back(tag);
+    (putNumber(values), ...);
+    at = own.size();
+    return true;
+}
+
+template <class Number> Number HyperStream::getNumber()
+{
+    using Unsigned = UnsignedOf<sizeof(Number)>;
+    uint64_t number = 0;
+    for (size_t byte = 0; byte < sizeof(Number); ++byte) number |= uint64_t{bytes[at + byte]} << (8 * byte);
+    at += sizeof(Number);
+    return std::bit_cast<Number>(static_cast<Unsigned>(number));
+}
+
+template <class... Numbers> bool HyperStream::take(uint8_t tag, Numbers*... values)
+{
+    if (!has(tag, (sizeof(Numbers) + ... + 0))) return false;
+    ++at;
+    ((*values = getNumber<Numbers>()), ...);
+    return true;
+}
 
 } // namespace host

@@ -199,7 +199,8 @@ TEST_F(HyperFiles, GiveDataOfPluginsTheirLevelAndKeepThemWithinTheirPart)
     Int32 number = 0;
     EXPECT_TRUE(file->ReadInt32(&number) && number == 44);
 
-    // Without its type the value is left out, what follows is not.
+    // Without its type the value is left out, what follows is not. Values end before their types do.
+    data = GeData();
     host.end();
     TestHost other;
     const HyperFilePtr again = HyperStream::Read(kIdent, bytes);
@@ -207,7 +208,6 @@ TEST_F(HyperFiles, GiveDataOfPluginsTheirLevelAndKeepThemWithinTheirPart)
     EXPECT_FALSE(again->ReadGeData(&kept));
     EXPECT_EQ(kept, GeData(7));
     EXPECT_TRUE(again->ReadInt32(&number));
-    data = GeData();
 }
 
 TEST_F(HyperFiles, BoundTheDepthOfContainers)
