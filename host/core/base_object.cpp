@@ -245,6 +245,13 @@ BaseTag* BaseObject::MakeTag(Int32 type, BaseTag* pred)
     return tag;
 }
 
+VariableTag* BaseObject::MakeVariableTag(Int32 type, Int32 count, BaseTag* pred)
+{
+    VariableTag* tag = VariableTag::Alloc(type, count);
+    if (tag) InsertTag(tag, pred);
+    return tag;
+}
+
 void BaseObject::KillTag(Int32 type, Int32 nr)
 {
     host::FreeNode(findTag(*CoreOf(this), type, nr));
@@ -256,8 +263,7 @@ Bool BaseObject::CopyTagsTo(BaseObject* dest, Int32 visible, Int32 variable, Int
     host::ListCore& target = CoreOf(dest)->tags;
     for (NodeCore* tag = CoreOf(this)->tags.firstChild; tag; tag = tag->next) {
         const Int32 info = tag->nodeClass->info;
-        if (!wanted(visible, info & host::kTagVisible) ||
-            !wanted(variable, static_cast<const host::TagCore*>(tag)->IsVariable()) ||
+        if (!wanted(visible, info & host::kTagVisible) || !wanted(variable, tag->IsInstanceOf(Tvariable)) ||
             !wanted(hierarchical, info & host::kTagHierarchical)) {
             continue;
         }

@@ -5,7 +5,8 @@
 
 namespace {
 
-constexpr Float kFarthest = 1e15; // whole numbers up to here have exact products with small ones
+constexpr Float kMilliseconds = 1000; // in a second
+constexpr Float kFarthest = 1e18;     // of both parts
 
 Float wholeNumber(Float value)
 {
@@ -31,7 +32,8 @@ Int32 toInt32(Float value)
 
 } // namespace
 
-BaseTime::BaseTime(Float seconds) : BaseTime(std::isnan(seconds) ? 0 : std::clamp(seconds, -1e15, 1e15) * 1000, 1000)
+BaseTime::BaseTime(Float seconds)
+    : BaseTime(std::isnan(seconds) ? 0 : std::clamp(seconds, -1e15, 1e15) * kMilliseconds, kMilliseconds)
 {
 }
 

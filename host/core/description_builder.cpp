@@ -162,7 +162,8 @@ private:
         const bool isNamed = !statement.values.empty();
         const std::optional<Int32> id = !isNamed && mayBeUnnamed ? freeId() : symbolOf(statement);
         if (!id) return true;
-        if (result->data.find(*id) && inherited.erase(*id) == 0) {
+        const DescribedParameter* known = result->data.find(*id);
+        if (known && (known->id[0].dtype == DTYPE_GROUP || inherited.erase(*id) == 0)) {
             fault(statement.line, inQuotes(statement.values.front().text) + " stands here a second time");
             return true;
         }

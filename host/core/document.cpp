@@ -339,7 +339,7 @@ Bool BaseDocument::EndUndo()
 
 Bool BaseDocument::AddUndo(UNDOTYPE type, void* data)
 {
-    return data && CoreOf(this)->undo.add(type, *CoreOf(static_cast<BaseList2D*>(data)));
+    return data && GeIsMainThread() && CoreOf(this)->undo.add(type, *CoreOf(static_cast<BaseList2D*>(data)));
 }
 
 Bool BaseDocument::DoUndo(Bool multiple)

@@ -1,5 +1,6 @@
 #include "core/documents.h"
 
+#include "core/core_messages.h"
 #include "core/document_messages.h"
 #include "core/evaluation.h"
 #include "core/node_class.h"
@@ -9,6 +10,11 @@ namespace host {
 Documents::Documents()
 {
     PartOf<Registrations>(); // classes outlive the nodes made of them
+    std::function<void(EVENT)>& onChange = PartOf<CoreMessages>().onChange;
+    if (onChange) return; // a front end draws after it evaluates
+    onChange = [this](EVENT) {
+        if (active) StartPass(*active);
+    };
 }
 
 void Documents::end(Ending step)

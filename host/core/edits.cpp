@@ -5,6 +5,14 @@
 namespace host {
 namespace {
 
+// The point on the line of sight that is nearest to the world's origin.
+Vector centreOfView(BaseDraw& view)
+{
+    const Matrix camera = view.GetMg();
+    const Vector sight = camera.v3.GetNormalized();
+    return camera.off - sight * Dot(camera.off, sight);
+}
+
 void closeUndo(Marker document)
 {
     if (NodeCore* node = FindNode(document)) static_cast<DocumentCore*>(node)->undo.closeAll();
@@ -29,6 +37,8 @@ BaseObject* CreateFromMenu(Int32 type)
     if (object) {
         object->Message(MSG_MENUPREPARE, document);
         PlaceObject(*document, *object);
+        BaseDraw* view = document->GetActiveBaseDraw();
+        if (view && GetWorldContainerInstance()->GetBool(WPREF_CENTER)) object->SetAbsPos(centreOfView(*view));
         document->AddUndo(UNDOTYPE_NEW, object);
     }
     document->EndUndo();

@@ -13,7 +13,7 @@
 namespace host {
 namespace {
 
-constexpr Int32 kDeepestNesting = 64; // of generators in caches and of instances of instances
+constexpr Int32 kDeepestNesting = 200; // of generators in caches and of instances of instances
 
 template <class Use> void forEachObject(const NodeCore& below, const Use& use)
 {

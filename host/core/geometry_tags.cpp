@@ -24,9 +24,9 @@ constexpr Float kNormalOne = 32000;
 
 Int16 toFixed(Float component)
 {
+    if (std::fabs(component) <= 1) return static_cast<Int16>(component * kNormalOne + std::copysign(0.5, component));
     if (std::isnan(component)) return 0;
-    const Float scaled = FMax(-kNormalOne, FMin(kNormalOne, component * kNormalOne));
-    return static_cast<Int16>(scaled < 0 ? scaled - 0.5 : scaled + 0.5);
+    return static_cast<Int16>(std::copysign(kNormalOne, component));
 }
 
 void store(const Vector& v, Float32 (&corner)[3])
@@ -106,7 +106,7 @@ void enterTag(Registrations& registrations, Int32 id, const Char* name, std::vec
                               .kind = NodeKind::Tag,
                               .make = MakeCore<Core>,
                               .name = name,
-                              .description = "",
+                              .info = kTagVisible,
                               .bases = std::move(bases),
                               .prepare = prepare});
 }
@@ -199,13 +199,6 @@ void EnterGeometryClasses(Registrations& registrations)
 }
 
 } // namespace host
-
-VariableTag* BaseObject::MakeVariableTag(Int32 type, Int32 count, BaseTag* pred)
-{
-    VariableTag* tag = VariableTag::Alloc(type, count);
-    if (tag) InsertTag(tag, pred);
-    return tag;
-}
 
 VariableTag* VariableTag::Alloc(Int32 type, Int32 count)
 {

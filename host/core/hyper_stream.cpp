@@ -117,7 +117,12 @@ std::vector<uint8_t> HyperStream::takeBytes()
     return std::move(own);
 }
 
-HyperStream::Fence::Fence(HyperFile& file) : stream(Of(file)), outerFloor(stream.floor)
+HyperStream::Fence::Fence(HyperFile& file)
+    : stream(Of(file)),
+      outerFloor(stream.floor),
+      outerError(stream.error),
+      outerErrorAt(stream.errorAt),
+      outerFaults(stream.faults)
 {
     stream.floor = stream.scopes.size();
 }
@@ -131,10 +136,14 @@ HyperStream::Fence::~Fence()
             stream.leave();
     }
     stream.floor = outerFloor;
+    stream.error = outerError;
+    stream.errorAt = outerErrorAt;
+    stream.faults = outerFaults;
 }
 
 bool HyperStream::failAt(size_t place, FILEERROR code)
 {
+    ++faults;
     if (error == FILEERROR_NONE) {
         error = code;
         errorAt = place;
@@ -337,11 +346,16 @@ bool HyperStream::putGeContent(const GeData& value)
     case DA_ALIASLINK: return put(HYPERFILEVALUE_ALIASLINK, numberOf(*value.GetBaseLink()));
     default: break;
     }
-    CustomDataTypeClass* type = FindCustomDataType(value.GetType());
-    if (!type) return fail(FILEERROR_UNKNOWN_VALUE);
-    if (!facade->WriteInt32(CustomDataDiskLevel(value.GetType()))) return false;
+    return putCustomData(value) || fail(FILEERROR_WRITE);
+}
+
+bool HyperStream::putCustomData(const GeData& value)
+{
+    const Int32 type = value.GetType();
+    CustomDataTypeClass* registered = FindCustomDataType(type);
+    if (!registered || !facade->WriteInt32(CustomDataDiskLevel(type))) return false;
     const Fence fence(*facade);
-    return type->WriteData(value.GetCustomDataType(value.GetType()), facade) || fail(FILEERROR_WRITE);
+    return registered->WriteData(value.GetCustomDataType(type), facade);
 }
 
 bool HyperStream::putContainer(const BaseContainer& value)
@@ -432,7 +446,7 @@ bool HyperStream::takeContainer(BaseContainer& value, bool flush)
     if (!take(HYPERFILEVALUE_CONTAINER, &id, &length)) return false;
 
     ContainerFiller filler(flush ? BaseContainer() : value);
-    bool whole = true;
+    const size_t faultsBefore = faults; // those of inner containers count too
     enter(length);
     ++depth;
     while (more()) {
@@ -446,17 +460,14 @@ bool HyperStream::takeContainer(BaseContainer& value, bool flush)
             entry = getNumber<Int32>();
             taken = takeGeData(data);
         }
-        if (taken == Taken::Whole)
-            filler.add(entry, data);
-        else
-            whole = false;
+        if (taken == Taken::Whole) filler.add(entry, data);
         if (taken == Taken::Nothing) break; // nobody knows where the next entry begins
     }
     --depth;
     leave();
     filler.container.SetId(id);
     value = std::move(filler.container);
-    return whole;
+    return faults == faultsBefore;
 }
 
 } // namespace host

@@ -69,8 +69,8 @@ public:
     bool more() const { return at < limit; }
     void forgetError() { error = FILEERROR_NONE; }
 
-    /// Keeps a plug-in's callback within the present chunk: it cannot end what the host began, and chunks that it
-    /// leaves open are closed.
+    /// Keeps a plug-in's callback within the present chunk: it cannot end what the host began, chunks that it leaves
+    /// open are closed, and its errors are forgotten: it may try what a value is, and its result tells the rest.
     class Fence {
     public:
         explicit Fence(HyperFile& file);
@@ -81,6 +81,9 @@ public:
     private:
         HyperStream& stream;
         size_t outerFloor;
+        FILEERROR outerError;
+        size_t outerErrorAt;
+        size_t outerFaults;
     };
 
 private:
@@ -114,6 +117,7 @@ private:
 
     bool putGeData(const GeData& value);
     bool putGeContent(const GeData& value);
+    bool putCustomData(const GeData& value);
     bool putContainer(const BaseContainer& value);
     Taken takeGeData(GeData& value);
     bool takeGeContent(Int32 type, GeData& value);
@@ -137,6 +141,7 @@ private:
 
     FILEERROR error = FILEERROR_NONE;
     size_t errorAt = 0;
+    size_t faults = 0; // errors so far, remembered or not
 };
 
 } // namespace host

@@ -82,10 +82,13 @@ int keepQuiet(TIFF*, void*, const char*, const char*, va_list)
 
 std::unique_ptr<TIFF, void (*)(TIFF*)> openTiff(TiffSource& source)
 {
-    constexpr tmsize_t kMostMemory = tmsize_t{4} * kMostPixels;
+    // What a file can be unpacked to, and room for libtiff's own tables.
+    constexpr size_t kMostGrowth = 1100;
+    constexpr size_t kOwnTables = size_t{1} << 20;
+    const size_t most = std::min(size_t{4} * kMostPixels, source.bytes.size() * kMostGrowth + kOwnTables);
     const std::unique_ptr<TIFFOpenOptions, void (*)(TIFFOpenOptions*)> options(TIFFOpenOptionsAlloc(),
                                                                                TIFFOpenOptionsFree);
-    TIFFOpenOptionsSetMaxSingleMemAlloc(options.get(), kMostMemory);
+    TIFFOpenOptionsSetMaxSingleMemAlloc(options.get(), static_cast<tmsize_t>(most));
     TIFFOpenOptionsSetErrorHandlerExtR(options.get(), keepQuiet, nullptr);
     TIFFOpenOptionsSetWarningHandlerExtR(options.get(), keepQuiet, nullptr);
     TIFF* file = TIFFClientOpenExt("picture", "rm", &source, readBytes, writeNothing, seek, close, sizeOf, nullptr,

@@ -2,6 +2,7 @@
 
 #include "oinstance.h"
 
+#include <cstring>
 #include <unordered_set>
 
 namespace host {
@@ -42,19 +43,24 @@ private:
     std::unordered_set<const ObjectCore*> seen;
 };
 
-// A number that changes with whatever the object shows. The object's own place is not part of it.
-UInt32 shownState(const ObjectCore& object, bool withMatrix)
+// A number that changes with whatever the object shows in its own frame.
+UInt32 shownStateOf(const ObjectCore& object)
 {
     UInt32 state = static_cast<UInt32>(object.GetMarker());
     const auto mix = [&state](UInt32 value) { state = (state ^ value) * 16777619U; };
+    const auto mixPart = [&mix](const ObjectCore& part) {
+        // Not the count of moves, which rises with every move of something above.
+        UInt32 words[sizeof(Matrix) / sizeof(UInt32)];
+        std::memcpy(words, &part.Local(), sizeof words);
+        for (const UInt32 word : words) mix(word);
+        mix(shownStateOf(part));
+    };
+
     mix(object.Dirty(DIRTYFLAGS_DATA | DIRTYFLAGS_CACHE));
-    if (withMatrix) mix(object.Dirty(DIRTYFLAGS_MATRIX));
     mix(static_cast<UInt32>(object.bits & BIT_CONTROLOBJECT));
-    for (const NodeCore* root = object.Cache(); root; root = root->next) {
-        mix(shownState(static_cast<const ObjectCore&>(*root), true));
-    }
-    for (const NodeCore* child = object.firstChild; child; child = child->next) {
-        mix(shownState(static_cast<const ObjectCore&>(*child), true));
+    const NodeCore* const chains[] = {object.Cache(), object.firstChild};
+    for (const NodeCore* part : chains) {
+        for (; part; part = part->next) mixPart(static_cast<const ObjectCore&>(*part));
     }
     return state;
 }
@@ -109,7 +115,7 @@ void UpdateInstance(ObjectCore& instance, ObjectCore* target, std::size_t& clone
         instance.SetCache(nullptr);
         return;
     }
-    const UInt32 state = shownState(*target, false);
+    const UInt32 state = shownStateOf(*target);
     if (instance.Cache() && state == instance.shownState) return;
     instance.SetCache(static_cast<ObjectCore*>(shownClone(*target, Matrix(), clonesLeft)));
     instance.shownState = state;

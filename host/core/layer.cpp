@@ -57,18 +57,16 @@ bool LayerCore::ReadBody(HyperFile& file, Int32 level)
 
 LayerCore* LayerOf(const NodeCore& node, const DocumentCore* document)
 {
-    const BaseDocument* searched = document ? document->As<BaseDocument>() : nullptr;
-    if (node.Kind() == NodeKind::Layer) return static_cast<LayerCore*>(CoreOf(node.As<C4DAtom>()));
-    return static_cast<LayerCore*>(CoreOf(node.container.GetLink(kLayerLink, searched, Olayer)));
+    if (node.Kind() == NodeKind::Layer) return CoreOf(node.As<LayerObject>());
+    const BaseList2D* linked = node.layer.GetLink(FacadeOf<BaseDocument>(document), Olayer);
+    return static_cast<LayerCore*>(CoreOf(static_cast<const C4DAtom*>(linked)));
 }
 
 void SetLayer(NodeCore& node, LayerCore* layer)
 {
-    if (layer == LayerOf(node, nullptr)) return;
-    if (layer)
-        node.container.SetLink(kLayerLink, layer->As<C4DAtomGoal>());
-    else
-        node.container.RemoveData(kLayerLink);
+    if (node.Kind() == NodeKind::Layer || layer == LayerOf(node, nullptr)) return;
+    node.layer.SetLink(FacadeOf<LayerObject>(layer));
+    node.Raise(DIRTYFLAGS_DATA);
 }
 
 } // namespace host

@@ -22,9 +22,6 @@ private:
     mutable LayerData effective;
 };
 
-/// The container entry of each node that links its layer.
-constexpr Int32 kLayerLink = 898;
-
 /// The node's own layer, a layer being its own; null without one, or if it is not in `document` (null: anywhere).
 LayerCore* LayerOf(const NodeCore& node, const DocumentCore* document);
 /// Null takes the node off its layer.

@@ -345,13 +345,16 @@ bool NodeCore::CopyBodyTo(NodeCore&, COPYFLAGS, AliasTrans*) const
     return true;
 }
 
-bool NodeCore::WriteBody(HyperFile&) const
+bool NodeCore::WriteBody(HyperFile& file) const
 {
-    return true;
+    return file.WriteGeData(GeData(&layer));
 }
 
-bool NodeCore::ReadBody(HyperFile&, Int32)
+bool NodeCore::ReadBody(HyperFile& file, Int32)
 {
+    GeData link;
+    if (!file.ReadGeData(&link)) return false;
+    if (const BaseLink* read = link.GetBaseLink()) layer = *read;
     return true;
 }
 

@@ -157,6 +157,7 @@ struct NodeCore {
     BaseContainer container;
     Int32 bits = 0;            // BIT_...
     std::bitset<128> nodeBits; // by NBIT
+    BaseLink layer;
 
     static constexpr Int32 kBodyLevel = 1;
 

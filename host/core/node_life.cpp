@@ -121,6 +121,7 @@ bool CopyNode(const NodeCore& from, NodeCore& to, COPYFLAGS flags, AliasTrans* t
         to.bits = from.bits;
         to.nodeBits = from.nodeBits;
     }
+    from.layer.CopyTo(&to.layer, flags, translation);
     if (!from.container.CopyTo(&to.container, flags, translation)) return false;
     if (!from.CopyBodyTo(to, flags, translation)) return false;
     if (from.data && to.data &&

@@ -87,16 +87,20 @@ void ObjectCore::rebuildLocal()
 void ObjectCore::moved()
 {
     Raise(DIRTYFLAGS_MATRIX);
-    for (NodeCore* child = firstChild; child; child = child->next) static_cast<ObjectCore*>(child)->inheritMove();
-    for (ObjectCore* root : {cache, deformCache}) {
-        for (NodeCore* each = root; each; each = each->next) static_cast<ObjectCore*>(each)->inheritMove();
-    }
+    passMove();
 }
 
 void ObjectCore::inheritMove()
 {
     ++inheritedMoves;
-    for (NodeCore* child = firstChild; child; child = child->next) static_cast<ObjectCore*>(child)->inheritMove();
+    passMove();
+}
+
+void ObjectCore::passMove()
+{
+    for (NodeCore* row : {firstChild, static_cast<NodeCore*>(cache), static_cast<NodeCore*>(deformCache)}) {
+        for (; row; row = row->next) static_cast<ObjectCore*>(row)->inheritMove();
+    }
 }
 
 // --- caches

@@ -72,6 +72,7 @@ protected:
 private:
     void moved();
     void inheritMove();
+    void passMove(); // to what stands below and in the caches
     void rebuildLocal();
 
     Matrix local;
@@ -88,8 +89,6 @@ struct TagCore : NodeCore {
     explicit TagCore(const NodeClass& nodeClass);
 
     ObjectCore* Object() const;
-    /// A record for each point or polygon of the object.
-    virtual bool IsVariable() const { return false; }
 };
 
 inline ObjectCore* CoreOf(const BaseObject* object)

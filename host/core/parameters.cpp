@@ -169,7 +169,8 @@ bool ConvertTo(Int32 dataType, GeData& value)
     case DTYPE_VECTOR:
     case DTYPE_NORMAL: return value.GetType() == DA_VECTOR;
     case DTYPE_MATRIX: return value.GetType() == DA_MATRIX;
-    case DTYPE_STRING: return value.GetType() == DA_STRING;
+    case DTYPE_STRING:
+    case DTYPE_STATICTEXT: return value.GetType() == DA_STRING;
     case DTYPE_FILENAME:
         if (value.GetType() == DA_STRING) value = GeData(Filename(value.GetString()));
         return value.GetType() == DA_FILENAME;
@@ -179,8 +180,7 @@ bool ConvertTo(Int32 dataType, GeData& value)
         return value.GetType() == DA_ALIASLINK;
     case DTYPE_GROUP:
     case DTYPE_BUTTON:
-    case DTYPE_SEPARATOR:
-    case DTYPE_STATICTEXT: return false;
+    case DTYPE_SEPARATOR: return false;
     default: return dataType <= DA_CUSTOMDATATYPE || value.GetType() == dataType;
     }
 }

@@ -153,15 +153,14 @@ private:
     {
         const HyperStream::Fence fence(*file);
         if (node.ReadBody(*file, level)) return;
-        if (file->GetError() == FILEERROR_NONE) file->SetError(FILEERROR_INVALID);
+        const FILEERROR error = file->GetError() == FILEERROR_NONE ? FILEERROR_INVALID : file->GetError();
+        tell(node.name, "built-in values: " + FaultText(error, stream().errorPosition()));
     }
 
     bool readData(NodeCore& node, Int32 level)
     {
         const HyperStream::Fence fence(*file);
-        const bool accepted = node.data->Read(node.As<GeListNode>(), file.get(), level);
-        stream().forgetError(); // a plug-in may try what a value is
-        return accepted;
+        return node.data->Read(node.As<GeListNode>(), file.get(), level);
     }
 
     // What a fresh node has by itself would come a second time. A document is never without render settings, so those

@@ -5,7 +5,11 @@
 #include "core/string_access.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <cstring>
 #include <dlfcn.h>
+#include <elf.h>
+#include <fstream>
 #include <utility>
 
 namespace host {
@@ -14,6 +18,26 @@ namespace {
 // The host has no pages of its own to open.
 void openNoHelp(const String&, const String&, const String&, const String&)
 {
+}
+
+// True for a library of which the end is missing. The dynamic loader maps what the headers promise, without a look at
+// the file's length, and dies of the difference.
+bool isCutShort(const std::string& path)
+{
+    std::error_code error;
+    const uint64_t size = std::filesystem::file_size(path, error);
+    std::ifstream file(path, std::ios::binary);
+    Elf64_Ehdr header{};
+    if (error || !file.read(reinterpret_cast<char*>(&header), sizeof(header))) return false;
+    if (std::memcmp(header.e_ident, ELFMAG, SELFMAG) != 0 || header.e_ident[EI_CLASS] != ELFCLASS64) return false;
+
+    for (unsigned i = 0; i < header.e_phnum; ++i) {
+        Elf64_Phdr segment{};
+        file.seekg(static_cast<std::streamoff>(header.e_phoff + i * sizeof(segment)));
+        if (!file.read(reinterpret_cast<char*>(&segment), sizeof(segment))) return true;
+        if (segment.p_offset > size || segment.p_filesz > size - segment.p_offset) return true;
+    }
+    return false;
 }
 
 // What the dynamic loader complains about, without the name of the file, which it puts first.
@@ -79,6 +103,7 @@ bool Modules::load(const std::filesystem::path& file)
         Application::current().print("Cannot load plug-in " + path + ": " + cause);
         return false;
     };
+    if (isCutShort(path)) return refuse("it is a library of which the end is missing");
     void* library = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
     if (!library) return refuse(loaderComplaint(path));
 

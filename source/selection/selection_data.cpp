@@ -11,8 +11,7 @@
 namespace {
 
 // The entry at `index` if it has the name, else the first that has.
-template <class Choice>
-Int32 findChoice(const std::vector<Choice>& choices, const String& name, Int32 index)
+template <class Choice> Int32 findChoice(const std::vector<Choice>& choices, const String& name, Int32 index)
 {
     const auto count = static_cast<Int32>(choices.size());
     if (index >= 0 && index < count && choices[static_cast<size_t>(index)].name == name) return index;
@@ -20,12 +19,17 @@ Int32 findChoice(const std::vector<Choice>& choices, const String& name, Int32 i
     return found == choices.end() ? NOTOK : static_cast<Int32>(found - choices.begin());
 }
 
-template <class Choice>
-void choose(const std::vector<Choice>& choices, Int32 wanted, String& name, Int32& index)
+template <class Choice> void choose(const std::vector<Choice>& choices, Int32 wanted, String& name, Int32& index)
 {
     const bool isThere = wanted >= 0 && wanted < static_cast<Int32>(choices.size());
     name = isThere ? choices[static_cast<size_t>(wanted)].name : String();
     index = isThere ? wanted : NOTOK;
+}
+
+// Entries may lack names, so without an index no name means that nobody has chosen yet.
+Bool isChosen(const String& name, Int32 index)
+{
+    return name.Content() || index != NOTOK;
 }
 
 Int32 toIndex(uint64_t index)
@@ -80,7 +84,7 @@ Bool VerdanthSelectionData::Update(BaseDocument* document, vdt::ModelHandle* sho
         const Int32 index = static_cast<Int32>(plants.size());
         plants.push_back({ToHostString(variant.name), VariantLabel(variant, index), geometry});
     }
-    plantIndex = GetPlantIndex();
+    plantIndex = isChosen(plantName, plantIndex) ? GetPlantIndex() : NOTOK;
     if (plantIndex == NOTOK) SetPlantIndex(toIndex(model->defaultVariant));
 
     const vdt::ModelHandle chosen = ModelCache().acquire(key, silent, ToVariantIndex(plantIndex));
@@ -91,7 +95,7 @@ Bool VerdanthSelectionData::Update(BaseDocument* document, vdt::ModelHandle* sho
 
     for (const vdt::Qualifier& qualifier : variant->qualifiers)
         qualifiers.push_back({ToHostString(qualifier.name), QualifierLabel(qualifier)});
-    qualifierIndex = GetQualifierIndex();
+    qualifierIndex = isChosen(qualifierName, qualifierIndex) ? GetQualifierIndex() : NOTOK;
     const bool hasDefault = variant->defaultQualifier < qualifiers.size();
     if (qualifierIndex == NOTOK && hasDefault) SetQualifierIndex(toIndex(variant->defaultQualifier));
     return true;

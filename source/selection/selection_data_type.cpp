@@ -80,6 +80,7 @@ Bool VerdanthSelectionDataType::ReadData(CustomDataType* data, HyperFile* file, 
     VerdanthSelectionData& selection = selectionIn(data);
     if (file->ReadFilename(&selection.file) && file->ReadString(&selection.plantName))
         file->ReadString(&selection.qualifierName);
+    selection.plantIndex = selection.qualifierIndex = 0; // what stands in a scene was chosen, also without a name
     if (!ModelsBeingRead::Update(selection) && fetchFromServer(selection.file)) ModelsBeingRead::Update(selection);
     return true; // what could be read counts; the scene goes on
 }

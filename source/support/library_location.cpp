@@ -63,10 +63,9 @@ std::string GetRegistryPlantPath()
         return {};
     wchar_t text[256] = {};
     DWORD size = sizeof(text);
-    DWORD type = 0;
-    const LSTATUS status = RegQueryValueExW(key, L"Plants", nullptr, &type, reinterpret_cast<BYTE*>(text), &size);
+    const LSTATUS status = RegQueryValueExW(key, L"Plants", nullptr, nullptr, reinterpret_cast<BYTE*>(text), &size);
     RegCloseKey(key);
-    if (status != ERROR_SUCCESS || type != REG_SZ) return {};
+    if (status != ERROR_SUCCESS) return {};
 
     const int length = static_cast<int>(wcsnlen(text, 256));
     if (length == 0) return {};

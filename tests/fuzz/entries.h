@@ -13,4 +13,8 @@ std::string FuzzInflateStream(std::string_view input);
 std::string FuzzGeo(std::string_view input);
 std::string FuzzPlant(std::string_view input);
 
+// Of the host, where it is built.
+std::string FuzzResource(std::string_view input);
+std::string FuzzScene(std::string_view input);
+
 } // namespace vdt::test

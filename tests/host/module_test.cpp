@@ -6,6 +6,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <dlfcn.h>
+
 namespace host::test {
 namespace {
 
@@ -110,17 +112,29 @@ TEST_F(ModulesTest, WhoDoesNotWantThisHostIsNotLoaded)
 
 TEST_F(ModulesTest, WhatIsNoPlugInIsNamedWithItsCause)
 {
-    const std::string text = host.folder.write("text.so", "no library");
-    const std::string empty = host.folder.write("empty.so", "");
-    const std::string cut =
-        host.folder.write("cut.so", vdt::test::BytesOfFile(VERDANTH_TELLING_PLUGIN).substr(0, 3000));
-    const std::string missing = host.folder.path("missing.so");
-    for (const std::string& file : {text, empty, cut, missing, host.folder.root.string()}) {
-        SCOPED_TRACE(file);
-        EXPECT_FALSE(host.modules().load(file));
-        const size_t cause = host.console.back().find(file + ": ");
+    struct Row {
+        std::string file;
+        const char* cause;
+    };
+    std::vector<Row> rows = {
+        {host.folder.write("text.so", "no library at all"), ""},
+        {host.folder.write("empty.so", ""), ""},
+        {host.folder.path("missing.so"), "No such file"},
+        {host.folder.root.string(), ""},
+        {VERDANTH_HOST_LIBRARY, "without the entry point c4d_main"},
+    };
+    const std::string library = vdt::test::BytesOfFile(VERDANTH_TELLING_PLUGIN);
+    for (size_t size = 1; size < library.size() / 2; size *= 2)
+        rows.push_back({host.folder.write("cut" + std::to_string(size) + ".so", library.substr(0, size)), ""});
+    rows.back().cause = "the end is missing";
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.file);
+        EXPECT_FALSE(host.modules().load(row.file));
+        const std::string line = host.console.back();
+        const size_t cause = line.find(row.file + ": ");
         ASSERT_NE(cause, std::string::npos);
-        EXPECT_GT(host.console.back().size(), cause + file.size() + 5);
+        EXPECT_GT(line.size(), cause + row.file.size() + 5);
+        EXPECT_THAT(line, HasSubstr(row.cause));
     }
     EXPECT_EQ(host.modules().count(), 0u);
 }
@@ -132,12 +146,17 @@ TEST(ModuleFiles, ALibraryIsLoadedAgainInEachRunOfTheHost)
         ASSERT_TRUE(host.modules().load(VERDANTH_TELLING_PLUGIN));
         EXPECT_FALSE(host.modules().load(VERDANTH_TELLING_PLUGIN));
         host.console.pop_back();
+        ASSERT_TRUE(host.modules().attach(entry<0>, "/a/a.so"));
         host.modules().start();
+        void* library = dlopen(VERDANTH_TELLING_PLUGIN, RTLD_NOW | RTLD_NOLOAD);
+        ASSERT_TRUE(library);
+        reinterpret_cast<void (*)()>(dlsym(library, "tellHome"))();
+        dlclose(library);
         host.end();
         EXPECT_THAT(host.console,
                     ElementsAre("host of level " + std::to_string(level), "message with data 0", "message 1",
                                 "start at home 2", "message 1000", "message 1001188", "message 450000215",
-                                "message with data 1002", "message 1001084", "message 1001", "end 3"));
+                                "message with data 1002", "at home", "message 1001084", "message 1001", "end 3"));
     }
 }
 

@@ -117,7 +117,7 @@ TEST(ResourceStrings, KnowEscapesAndUtf8)
         {"\"// no comment, /* neither */ #\"", "// no comment, /* neither */ #", 0},
         {"\"\xC3 cut\"", "\xEF\xBF\xBD cut", 1},
         {R"("\ud83c alone")", "\xEF\xBF\xBD alone", 1},
-        {R"("\u00")", "", 1},
+        {R"("\u00")", "00", 1},
         {R"("\q")", "q", 1},
         {"\"left open", "left open", 2}, // and the semicolon is missed
     };

@@ -1,16 +1,20 @@
 #include "c4d_symbols.h"
 #include "core/string_access.h"
+#include "dvdtselection.h"
 #include "lib_iconcollection.h"
 #include "oplant.h"
 #include "plant/plant_library.h"
 #include "shell/module_entry.h"
 #include "shell/registration.h"
+#include "support/model_cache.h"
 #include "support/plugin_ids.h"
 #include "support/resources.h"
 #include "support/test_host.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <algorithm>
 
 using namespace host::test;
 using host::TextOf;
@@ -204,19 +208,30 @@ TEST(LifeCycle, TheModuleAsALibraryStartsInRunAfterRun)
 
 TEST(LifeCycle, AHundredRunsLeaveNothingBehind)
 {
+    const Filename model(VERDANTH_DOCS "/examples/seedling.vdt");
     for (int run = 0; run < 100; ++run) {
         ModuleHost host;
         BaseDocument* document = BaseDocument::Alloc();
         ASSERT_TRUE(document);
-        for (int i = 0; i < 2; ++i) {
-            BaseObject* plant = BaseObject::Alloc(kPlantObjectId);
+        InsertBaseDocument(document);
+        BaseObject* plants[2];
+        for (BaseObject*& plant : plants) {
+            plant = BaseObject::Alloc(kPlantObjectId);
             ASSERT_TRUE(plant);
             document->InsertObject(plant, nullptr, nullptr);
-            EXPECT_TRUE(plant->SetParameter(DescID(PLANT_DISPLAY_MODE), GeData(Int32{3}), DESCFLAGS_SET_0));
+            const DescID file = DescID(DescLevel(PLANT_SELECTION), DescLevel(VDTSELECTION_FILE));
+            EXPECT_TRUE(plant->SetParameter(file, GeData(model), DESCFLAGS_SET_0));
+            const GeData full(Int32{PLANT_DISPLAY_MODE_FULL});
+            EXPECT_TRUE(plant->SetParameter(DescID(PLANT_DISPLAY_MODE), full, DESCFLAGS_SET_0));
         }
-        InsertBaseDocument(document);
         EXPECT_TRUE(document->ExecutePasses(nullptr, true, true, true, BUILDFLAGS_0));
+        for (BaseObject* plant : plants) {
+            BaseObject* cache = plant->GetCache();
+            ASSERT_TRUE(cache && cache->IsInstanceOf(Opolygon));
+            EXPECT_GT(static_cast<PolygonObject*>(cache)->GetPolygonCount(), 10);
+        }
     }
+    EXPECT_TRUE(std::ranges::all_of(ModelCache().entries, [](const vdt::CacheEntry& entry) { return !entry.model; }));
 }
 
 } // namespace

@@ -131,8 +131,8 @@ TEST_F(Selection, EntriesOfOneNameAreToldApartByTheirIndex)
     EXPECT_EQ(selection.GetQualifierIndex(), 1);
     const VerdanthSelectionData copy = selection;
     EXPECT_EQ(copy.GetPlantIndex(), 2);
-    selection.plantIndex = 17; // as after reading: the first of the name
-    EXPECT_EQ(selection.GetPlantIndex(), 1);
+    selection.plantIndex = 17;
+    EXPECT_EQ(selection.GetPlantIndex(), 1) << "the first of the name";
 }
 
 TEST(SelectionPath, IsRelativeUnlessItNamesARootOrADrive)

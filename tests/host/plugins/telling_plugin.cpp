@@ -13,6 +13,12 @@ void tell(const String& what, Int32 number)
 
 } // namespace
 
+/// Asks for the plug-in's folder while the host is not within a call to it.
+extern "C" __attribute__((visibility("default"))) void tellHome()
+{
+    GePrint(GeGetPluginPath() == file->GetDirectory() ? "at home" : "abroad");
+}
+
 extern "C" __attribute__((visibility("default"))) Int32 c4d_main(Int32 action, void* p1, void* p2, void* p3)
 {
     switch (action) {
