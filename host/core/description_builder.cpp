@@ -15,17 +15,13 @@ namespace {
 // Elements without a symbol are numbered from here on, far from all numbers that are handed out.
 constexpr Int32 kFirstUnnamed = 2'000'000'000;
 
-std::string inQuotes(std::string_view text)
-{
-    return "\"" + std::string(text.substr(0, 40)) + "\"";
-}
-
 // The parameter that flags are added to.
 struct Target {
     BaseContainer& container;
     ValueForm form;
     Int32 unit = DESC_UNIT_FLOAT;
     const CustomProperty* properties = nullptr;
+    bool isGroup = false;
 };
 
 // Files write percentages and degrees where values are shares and radians.
@@ -95,7 +91,7 @@ private:
         const std::string name = statement.values.empty() ? std::string() : statement.values.front().text;
         const StaticDescription* parent = surroundings.included(name);
         if (!parent) {
-            fault(statement.line, "there is no description " + inQuotes(name) + " to include");
+            fault(statement.line, "there is no description " + InQuotes(name) + " to include");
             return false;
         }
         for (const DescribedParameter& parameter : parent->data.parameters) {
@@ -120,9 +116,9 @@ private:
                 continue; // read already
             } else if (!readElement(statement, group)) {
                 if (group && !statement.hasBlock) {
-                    readFlag(statement, {group->container, ValueForm::Bool});
+                    readFlag(statement, {.container = group->container, .form = ValueForm::Bool, .isGroup = true});
                 } else {
-                    fault(statement.line, "there is no type of element called " + inQuotes(keyword));
+                    fault(statement.line, "there is no type of element called " + InQuotes(keyword));
                 }
             }
         }
@@ -133,7 +129,7 @@ private:
         const std::optional<Int32> id = symbolOf(statement);
         DescribedParameter* parameter = id ? result->data.find(*id) : nullptr;
         if (parameter) return parameter->container.SetBool(DESC_HIDE, isHidden);
-        if (id) fault(statement.line, inQuotes(statement.values.front().text) + " is not among the elements so far");
+        if (id) fault(statement.line, InQuotes(statement.values.front().text) + " is not among the elements so far");
     }
 
     void readGroup(const ResourceStatement& statement, const DescribedParameter* parent)
@@ -144,7 +140,7 @@ private:
         const bool isKnown = result->data.find(*id) != nullptr;
         DescribedParameter& group = result->data.enter(DescLevel(*id, DTYPE_GROUP, 0));
         if (group.id[0].dtype != DTYPE_GROUP) {
-            return fault(statement.line, inQuotes(statement.values.front().text) + " is no group");
+            return fault(statement.line, InQuotes(statement.values.front().text) + " is no group");
         }
         if (!isKnown && parent) group.group = parent->id;
         if (isNamed) setName(group.container, statement.values.front().text, isKnown);
@@ -164,7 +160,7 @@ private:
         if (!id) return true;
         const DescribedParameter* known = result->data.find(*id);
         if (known && (known->id[0].dtype == DTYPE_GROUP || inherited.erase(*id) == 0)) {
-            fault(statement.line, inQuotes(statement.values.front().text) + " stands here a second time");
+            fault(statement.line, InQuotes(statement.values.front().text) + " stands here a second time");
             return true;
         }
 
@@ -245,7 +241,7 @@ private:
         }
         if (readProperty(statement, target)) return;
         const Flag* flag = FindFlag(keyword);
-        if (!flag || statement.hasBlock) return fault(statement.line, inQuotes(keyword) + " means nothing here");
+        if (!flag || statement.hasBlock) return fault(statement.line, InQuotes(keyword) + " means nothing here");
         readKnownFlag(statement, *flag, target);
     }
 
@@ -256,14 +252,12 @@ private:
             GeData amount;
             if (!readAmount(statement, target, amount)) return;
             target.container.SetData(flag.key, amount);
-            if (target.form == ValueForm::Bool && flag.key == DESC_DEFAULT) {
-                target.container.SetBool(DESC_GUIOPEN, amount.GetBool()); // what a group's default means
-            }
+            if (target.isGroup && flag.key == DESC_DEFAULT) target.container.SetBool(DESC_GUIOPEN, amount.GetBool());
             return;
         }
         const bool isBare = statement.values.empty();
         if (flag.form == FlagForm::Switch) {
-            if (!isBare) fault(statement.line, inQuotes(statement.keyword) + " takes no value");
+            if (!isBare) fault(statement.line, InQuotes(statement.keyword) + " takes no value");
             return target.container.SetBool(flag.key, true);
         }
         if (isBare && flag.form == FlagForm::MaybeInteger) return target.container.SetInt32(flag.key, 1);
@@ -307,7 +301,7 @@ private:
         const size_t wanted = target.form == ValueForm::Vector ? values.size() : 1;
         const auto isNumber = [](const ResourceValue& value) { return value.kind == ResourceValue::Kind::Number; };
         if (!isOfNumbers || values.size() != wanted || !std::ranges::all_of(values, isNumber)) {
-            fault(statement.line, inQuotes(statement.keyword) + " needs a value of the element's type");
+            fault(statement.line, InQuotes(statement.keyword) + " needs a value of the element's type");
             return false;
         }
 
@@ -331,7 +325,7 @@ private:
                 continue;
             }
             if (!taken.insert(*value).second) {
-                fault(entry.line, inQuotes(entry.keyword) + " has the number of another entry");
+                fault(entry.line, InQuotes(entry.keyword) + " has the number of another entry");
                 continue;
             }
             entries.InsData(*value, GeData(labelOf(entry.keyword)));
@@ -359,7 +353,7 @@ private:
     {
         const std::string word = statement.values.empty() ? std::string() : statement.values.front().text;
         const std::optional<Int32> found = find(word);
-        if (!found) fault(statement.line, inQuotes(statement.keyword) + " cannot be " + inQuotes(word));
+        if (!found) fault(statement.line, InQuotes(statement.keyword) + " cannot be " + InQuotes(word));
         if (found) value = *found;
         return found.has_value();
     }
@@ -369,7 +363,7 @@ private:
     {
         if (statement.values.size() == 1) return numberOf(statement.values.front().text, statement.line);
         fault(statement.line,
-              inQuotes(statement.keyword) + (statement.values.empty() ? " needs a value" : " has too many"));
+              InQuotes(statement.keyword) + (statement.values.empty() ? " needs a value" : " has too many"));
         return {};
     }
 
@@ -378,7 +372,7 @@ private:
         if (const Int32* known = result->symbols.find(text)) return *known;
         Int32 number = 0;
         if (ParseInteger(text, number)) return number;
-        fault(line, inQuotes(text) + " is neither a symbol nor a whole number");
+        fault(line, InQuotes(text) + " is neither a symbol nor a whole number");
         return {};
     }
 

@@ -34,7 +34,7 @@ std::map<Int32, String> textsOf(const std::filesystem::path& folder, ResourceFau
         if (const Int32* id = symbols.find(entry.symbol)) {
             texts.insert_or_assign(*id, TextOf(entry.text));
         } else {
-            faults.add(stringFile->name, entry.line, "\"" + entry.symbol + "\" has no number");
+            faults.add(stringFile->name, entry.line, InQuotes(entry.symbol) + " has no number");
         }
     }
     return texts;

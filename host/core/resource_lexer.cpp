@@ -61,8 +61,8 @@ bool ResourceLexer::expect(char mark)
 {
     if (take(mark)) return true;
     const bool atEnd = token.kind == ResourceToken::Kind::End;
-    fault(token.line, std::string("expected \"") + mark + "\", found " +
-                          (atEnd ? "the file's end" : "\"" + token.text.substr(0, 40) + "\""));
+    fault(token.line,
+          "expected " + InQuotes({&mark, 1}) + ", found " + (atEnd ? "the file's end" : InQuotes(token.text)));
     return false;
 }
 
@@ -162,7 +162,7 @@ void ResourceLexer::readNumber()
     const char* first = token.text.data() + (token.text.front() == '+' ? 1 : 0);
     const char* last = token.text.data() + token.text.size();
     const auto [end, error] = std::from_chars(first, last, token.number);
-    if (error != std::errc() || end != last) fault(line, "\"" + token.text.substr(0, 40) + "\" is no number");
+    if (error != std::errc() || end != last) fault(line, InQuotes(token.text) + " is no number");
 }
 
 // A text ends on its line: one that is left open must not swallow those behind it.

@@ -15,16 +15,9 @@ constexpr int kDeepestNesting = 64;
 // A statement takes some fifty times the memory of its shortest text, so their number is limited, not the file's size.
 constexpr size_t kMostStatements = 100'000;
 
-std::string inQuotes(std::string_view text)
-{
-    constexpr size_t kLongestQuote = 40;
-    if (text.size() <= kLongestQuote) return "\"" + std::string(text) + "\"";
-    return "\"" + std::string(text.substr(0, kLongestQuote)) + "...\"";
-}
-
 std::string nameOf(const Token& token)
 {
-    return token.kind == Kind::End ? "the file's end" : inQuotes(token.text);
+    return token.kind == Kind::End ? "the file's end" : InQuotes(token.text);
 }
 
 // Leaves the lexer before the next of `stops`, which is at the same depth of braces, or at the end.
@@ -88,7 +81,7 @@ private:
         lexer.next();
         if (lexer.take('=') && !parseValue(nextValue)) return;
         if (nextValue > std::numeric_limits<int32_t>::max()) {
-            return lexer.fault(symbol.line, "counting has left the range of 32 bits at " + inQuotes(symbol.text));
+            return lexer.fault(symbol.line, "counting has left the range of 32 bits at " + InQuotes(symbol.text));
         }
         enter(symbol, static_cast<int32_t>(nextValue));
         ++nextValue;
@@ -115,7 +108,7 @@ private:
     {
         const auto [place, isNew] = table.values.emplace(symbol.text, value);
         if (isNew) table.inOrder.push_back(symbol.text);
-        if (place->second != value) lexer.fault(symbol.line, inQuotes(symbol.text) + " has another number already");
+        if (place->second != value) lexer.fault(symbol.line, InQuotes(symbol.text) + " has another number already");
     }
 
     ResourceLexer lexer;
@@ -184,7 +177,7 @@ private:
                 lexer.take('}');
             }
         } else if (lexer.peek().isMark('}')) {
-            lexer.fault(statement.line, "expected \";\" behind " + inQuotes(statement.keyword));
+            lexer.fault(statement.line, "expected \";\" behind " + InQuotes(statement.keyword));
         } else {
             lexer.expect(';');
         }
@@ -211,7 +204,7 @@ void parseStringEntry(ResourceLexer& lexer, StringTable& table)
     const Token symbol = lexer.next();
     const Token text = lexer.peek();
     if (text.kind != Kind::Text) {
-        lexer.fault(text.line, inQuotes(symbol.text) + " has no text");
+        lexer.fault(text.line, InQuotes(symbol.text) + " has no text");
         skipTo(lexer, ";}");
         lexer.take(';');
         return;
@@ -230,6 +223,16 @@ void ResourceFaults::add(std::string_view file, int line, std::string_view text)
     if (faults.size() > kMostFaults) return;
     if (faults.size() == kMostFaults) text = "there is more; the rest is not told";
     faults.push_back({std::string(file), line, std::string(text)});
+}
+
+std::string InQuotes(std::string_view text)
+{
+    constexpr size_t kLongest = 40;
+    std::string quote(1, '"');
+    quote += text.substr(0, kLongest);
+    if (text.size() > kLongest) quote += "...";
+    quote += '"';
+    return quote;
 }
 
 std::string ToText(const ResourceFault& fault)

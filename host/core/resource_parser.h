@@ -39,6 +39,9 @@ private:
 /// The fault as one line for people: "oplant.res:12: ...".
 std::string ToText(const ResourceFault& fault);
 
+/// The beginning of a text between quotes, as faults name what they found.
+std::string InQuotes(std::string_view text);
+
 /// Text from a resource file, and the name by which its faults are told.
 struct ResourceText {
     std::string name;

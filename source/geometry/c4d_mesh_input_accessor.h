@@ -15,9 +15,9 @@ class C4dMeshInputAccessor : public vdt::MeshInputAccessor {
 public:
     struct Request {
         BaseObject* root = nullptr;
-        Matrix matrix{};                      // what positions are told in the space of; mostly the root's
+        Matrix matrix{};                        // what positions are told in the space of; mostly the root's
         std::vector<BaseMaterial*> materials{}; // that flag polygons
-        Bool rendering = false;               // visibility in the renderer counts, not that in the editor
+        Bool rendering = false;                 // visibility in the renderer counts, not that in the editor
     };
 
     explicit C4dMeshInputAccessor(Request request);

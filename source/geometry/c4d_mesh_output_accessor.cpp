@@ -15,7 +15,15 @@ constexpr Int32 kFirstRoom = 2;
 constexpr Int32 kLastDoubling = LIMIT<Int32>::MAX / 2;
 Vector textureCoordinate(const vdt::Vector2f& uv)
 {
-    return Vector(uv.u, uv.v, 0);
+    return {uv.u, uv.v, 0};
+}
+
+// At unit length unless it has no direction: the host keeps components up to 1 alone, and clipping would bend it.
+Vector32 hostNormal(const vdt::Vector3& modelNormal)
+{
+    const bool hasDirection = vdt::ExceedsInMagnitude(modelNormal, vdt::kSmallestDirection);
+    const double factor = hasDirection ? 1 / vdt::Length(modelNormal) : 1;
+    return Vector32(ToHostDirection(modelNormal * factor));
 }
 
 } // namespace
@@ -96,8 +104,7 @@ uint64_t C4dMeshOutputAccessor::AddPoint(const vdt::Vector3& position, const vdt
         return vdt::kNone;
 
     points[pointCount] = ToHost(position, scale);
-    // The host keeps components up to 1 alone, and clipping would bend what is longer.
-    if (normalTag) normals.push_back(Vector32(ToHostDirection(vdt::Normalized(normal))));
+    if (normalTag) normals.push_back(hostNormal(normal));
     return static_cast<uint64_t>(pointCount++);
 }
 
@@ -130,12 +137,9 @@ bool C4dMeshOutputAccessor::refersToWhatIsThere(std::span<const uint64_t> vertic
                                                 std::span<const uint64_t> coordinateIndices) const
 {
     if (coordinateIndices.size() < vertices.size()) return false;
-    const auto pointLimit = static_cast<uint64_t>(pointCount);
-    for (const uint64_t vertex : vertices)
-        if (vertex >= pointLimit) return false;
-    for (const uint64_t coordinate : coordinateIndices)
-        if (coordinate >= coordinates.size()) return false;
-    return true;
+    const auto isPoint = [this](uint64_t index) { return index < static_cast<uint64_t>(pointCount); };
+    const auto isCoordinate = [this](uint64_t index) { return index < coordinates.size(); };
+    return std::ranges::all_of(vertices, isPoint) && std::ranges::all_of(coordinateIndices, isCoordinate);
 }
 
 // Compatibility: what is cut is the outline of the object's first points, and the pieces look for their texture

@@ -16,7 +16,7 @@ constexpr const Char* kSeparator = "::";
 String stringParameter(C4DAtom& atom, Int32 id)
 {
     GeData value;
-    if (!atom.GetParameter(DescID(DescLevel(id)), value, DESCFLAGS_GET_0)) return String();
+    if (!atom.GetParameter(DescID(DescLevel(id)), value, DESCFLAGS_GET_0)) return {};
     return value.GetType() == DA_STRING ? value.GetString() : String();
 }
 

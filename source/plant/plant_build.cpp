@@ -21,8 +21,6 @@ constexpr uint64_t kMostCloudSegments = 1000; // views stay fluid however large 
 constexpr uint64_t kMostCloudPoints = 20000;
 constexpr vdt::Color4f kFoliageGreen{0.3F, 0.7F, 0.27F, 1}; // of plants whose model tells no colour
 
-constexpr BUILDFLAGS kRendering = BUILDFLAGS_INTERNALRENDERER | BUILDFLAGS_EXTERNALRENDERER;
-
 // True if the cache is gone, or if the object was built for the other kind of renderer.
 Bool checkCache(BasePlantObject& plant, BaseObject& object, HierarchyHelp& help)
 {
@@ -180,7 +178,7 @@ Bool ReadDisplay(BaseObject& object, BUILDFLAGS flags, PlantDisplay& display)
     display.proxyOnly = proxyOnly.GetInt32();
     const Bool proxyAlways = display.proxyOnly == PLANT_PROXY_ONLY_ON;
     display.viewMode = proxyAlways ? PLANT_DISPLAY_MODE_PROXY : viewMode.GetInt32();
-    display.rendering = (flags & kRendering) != 0;
+    display.rendering = (flags & (BUILDFLAGS_INTERNALRENDERER | BUILDFLAGS_EXTERNALRENDERER)) != 0;
     const Int32 renderMode =
         display.proxyOnly == PLANT_PROXY_ONLY_OFF ? PLANT_DISPLAY_MODE_FULL : PLANT_DISPLAY_MODE_PROXY;
     display.mode = display.rendering ? renderMode : display.viewMode;

@@ -145,6 +145,7 @@ TEST(DescriptionBuilder, KeepsValuesInTheUnitsOfTheProgram)
     EXPECT_TRUE(built.containerOf(1004).GetVector(DESC_MIN) == Vector(-0.05, -0.05, -0.05));
     EXPECT_TRUE(built.description->defaultOf(1005).GetVector() == Vector(0.5, 0.25, 1));
     EXPECT_EQ(built.description->defaultOf(1006).GetInt32(), 1);
+    EXPECT_EQ(built.containerOf(1006).GetDataPointer(DESC_GUIOPEN), nullptr); // that is for groups
     EXPECT_EQ(built.containerOf(1007).GetTime(DESC_MIN).Get(), 0.5);
     EXPECT_EQ(Utf8Of(built.description->defaultOf(1008).GetString()), "none");
 }

@@ -27,34 +27,15 @@ struct Drawn {
 
 class PlantHook : public testing::Test {
 protected:
-    PlantHook() : view(CoreOf(static_cast<BaseView*>(scene.document->GetActiveBaseDraw())))
-    {
-        view->setProjection(Pparallel);
-        setPixel(0.001);
-    }
-
-    // World units that a pixel covers, everywhere.
-    void setPixel(Float size)
-    {
-        view->setSize(kWidth, kWidth);
-        Float extentOfPixel = size;
-        for (int i = 0; i < 2; ++i) { // there is room left around what is shown
-            Extent extent;
-            const Float half = 0.5 * kWidth * extentOfPixel;
-            for (const Float side : {-half, half}) extent.add(Vector(side, side, side));
-            view->show(extent, Matrix());
-            pixel = scene.document->GetActiveBaseDraw()->PW_W(Vector(), false);
-            extentOfPixel *= size / pixel;
-        }
-        ASSERT_NEAR(pixel, size, 1e-9);
-    }
+    PlantHook() : view(CoreOf(static_cast<BaseView*>(scene.document->GetActiveBaseDraw()))) {}
 
     Drawn draw(SCENEHOOKDRAW flags = SCENEHOOKDRAW_DRAW_PASS)
     {
         BaseSceneHook* hook = scene.document->FindSceneHook(kPlantDrawHookId);
         EXPECT_TRUE(hook);
         DrawList list;
-        list.frame = view->frame();
+        list.frame = {
+            .width = 400, .height = 400, .perspective = false, .pixelsPerUnit = 1 / pixel, .worldFromCamera = {}};
         view->recorder.begin(list);
         view->recorder.reset(true);
         BaseDrawHelp help = view->drawHelp(*scene.document);
@@ -83,12 +64,10 @@ protected:
         return plant;
     }
 
-    static constexpr Int32 kWidth = 400;
-
     PlantScene scene;
     std::string oak = scene.writeOak();
     ViewCore* view;
-    Float pixel = 1;
+    Float pixel = 0.001; // world units that it covers, everywhere
 };
 
 TEST_F(PlantHook, DrawsRibbonsAndPointsOnlyInTheDrawPass)
@@ -135,10 +114,10 @@ TEST_F(PlantHook, ThinsOutByPixels)
     };
     // Branches of radius 0.9 (three segments), 0.3 and 0.25.
     for (const Row& row : {Row{0.01, 5}, {0.49, 5}, {0.51, 4}, {0.59, 4}, {0.61, 3}, {1.79, 3}, {1.81, 0}}) {
-        setPixel(row.pixel);
+        pixel = row.pixel;
         EXPECT_EQ(draw().ribbons, row.ribbons) << row.pixel;
     }
-    setPixel(1);
+    pixel = 1;
     const Float point = 16 * pixel * pixel;
     struct Share {
         Float density, scale, meanArea;

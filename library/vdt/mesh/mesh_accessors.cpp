@@ -1,4 +1,4 @@
-#include "vdt/mesh/mesh_accessors.h"
+#include "vdt/mesh/mesh.h"
 
 #include <algorithm>
 #include <iterator>
@@ -30,6 +30,36 @@ bool addFromLists(MeshOutputAccessor& output, std::span<const uint32_t> vertices
     return addPolygon(output, points, corners, material);
 }
 
+// What AppendMesh does for any source, by way of the mesh's own lists: a plant's foliage comes by the hundred thousand.
+void appendOwnMesh(MeshOutputAccessor& output, const Mesh& source, const Matrix& matrix)
+{
+    const uint64_t pointCount = source.positions.size();
+    if (pointCount == 0 || source.normals.size() != pointCount) return;
+
+    const Matrix normalMatrix = NormalMatrix(matrix);
+    uint64_t base = 0;
+    for (uint64_t point = 0; point < pointCount; ++point) {
+        const uint64_t index = output.AddPoint(TransformPoint(source.positions[point], matrix),
+                                               TransformVector(source.normals[point], normalMatrix));
+        if (point == 0) base = index;
+    }
+
+    std::vector<uint64_t> corners;
+    const uint64_t polygonCount = std::min<uint64_t>(source.PolygonCount(), source.polygonEnds.size());
+    for (uint64_t polygon = 0, start = 0; polygon < polygonCount; start = source.polygonEnds[polygon++]) {
+        const std::span<const uint64_t> vertices = source.corners(polygon);
+        corners.resize(2 * vertices.size());
+        const std::span<uint64_t> points(corners.data(), vertices.size());
+        const std::span<uint64_t> coordinateIndices(corners.data() + vertices.size(), vertices.size());
+        for (size_t corner = 0; corner < vertices.size(); ++corner) {
+            const Vector2f& coordinate = source.coordinates[source.polygonCoordinates[start + corner]];
+            coordinateIndices[corner] = output.AddUV(coordinate.u, coordinate.v);
+            points[corner] = vertices[corner] + base;
+        }
+        output.AddPolygon(points, coordinateIndices, source.materials[polygon]);
+    }
+}
+
 } // namespace
 
 bool MeshOutputAccessor::AddPolygonFromLists(std::span<const uint32_t> vertices, std::span<const float> coordinates,
@@ -46,6 +76,8 @@ bool MeshOutputAccessor::AddPolygonFromLists(std::span<const uint32_t> vertices,
 
 void MeshOutputAccessor::AppendMesh(const MeshInputAccessor& source, const Matrix& matrix)
 {
+    if (const auto* mesh = dynamic_cast<const Mesh*>(&source)) return appendOwnMesh(*this, *mesh, matrix);
+
     // Counted first: a source that is the target as well would grow along.
     const uint64_t pointCount = source.PointCount();
     const uint64_t polygonCount = source.PolygonCount();
