@@ -44,7 +44,7 @@ protected:
 
 TEST_F(ViewCommand, ShowsEachDisplayModeInItsOwnWay)
 {
-    // The share of pixels that are not of the empty view: a box is lines, a proxy is a body.
+    // The share of pixels that are not of the empty view.
     const std::vector<std::string> usual = {"--size", "200", "--no-grid", "--season", "summer"};
     const auto covered = [&](const std::string& display, std::vector<std::string> more = {}) {
         more.insert(more.end(), usual.begin(), usual.end());
@@ -62,11 +62,9 @@ TEST_F(ViewCommand, ShowsEachDisplayModeInItsOwnWay)
         return static_cast<double>(others) / (200 * 200);
     };
     const double proxy = covered("proxy"), box = covered("box"), cloud = covered("cloud"), full = covered("full");
-    EXPECT_GT(proxy, 0.1);
-    EXPECT_GT(full, 0.02);
-    EXPECT_GT(cloud, 0.001);
-    EXPECT_GT(box, 0.005);
-    EXPECT_LT(box, 0.08);
+    EXPECT_GT(std::min({proxy, box, cloud, full}), 0.02);
+    EXPECT_LT(std::max({proxy, box, cloud, full}), 0.06) << "the plant is thin";
+    EXPECT_LT(cloud, full) << "points and ribbons leave gaps";
     EXPECT_LT(covered("proxy", {"--distance", "4"}), proxy / 8);
 }
 
