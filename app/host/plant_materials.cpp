@@ -21,9 +21,8 @@ void AddMaterials(BaseDocument& document, BaseObject& plant, const vdt::Model& m
         if (!material) return;
         material->SetName(HostText(look.name));
         const vdt::Color3f color = MeanColor(look);
-        // A new document works in linear light.
-        const Vector light = TransformColor(Vector(color.r, color.g, color.b), COLORSPACETRANSFORMATION_SRGB_TO_LINEAR);
-        material->SetParameter(DescID(MATERIAL_COLOR_COLOR), GeData(light), DESCFLAGS_SET_0);
+        const Vector parameter(color.r, color.g, color.b); // a document of ours keeps colours as they are shown
+        material->SetParameter(DescID(MATERIAL_COLOR_COLOR), GeData(parameter), DESCFLAGS_SET_0);
         document.InsertMaterial(material);
 
         auto* tag = static_cast<TextureTag*>(plant.MakeTag(Ttexture, last));

@@ -27,7 +27,8 @@ bool ViewPainter::draw(BaseDocument& document, const ViewSettings& settings, Pic
     host::ViewCore& view = *host::CoreOf(shown);
     view.options = {.grid = settings.grid, .boxes = settings.boxes};
     view.setSize(static_cast<Int32>(settings.width), static_cast<Int32>(settings.height));
-    view.show(document, host::CameraAxes(settings.azimuth * kRadian, settings.elevation * kRadian), settings.distance);
+    host::ShowAll(document, view, host::CameraAxes(settings.azimuth * kRadian, settings.elevation * kRadian),
+                  settings.distance);
 
     host::DrawList list;
     host::ViewImage image;

@@ -18,12 +18,12 @@ namespace {
 
 const Vector kActiveBoxColor(1, 0.62, 0.12);
 
-// Materials and objects keep amounts of light where the document works in linear light with the usual profile.
+// Materials and objects keep amounts of light only in a document that says so.
 DrawColors colorsOf(BaseDocument& document)
 {
     const BaseContainer* settings = document.GetSettingsInstance(DOCUMENTSETTINGS_DOCUMENT);
-    const bool linear = !settings || (settings->GetBool(DOCUMENT_LINEARWORKFLOW) &&
-                                      settings->GetInt32(DOCUMENT_COLORPROFILE) == DOCUMENT_COLORPROFILE_SRGB);
+    const bool linear = settings && settings->GetBool(DOCUMENT_LINEARWORKFLOW) &&
+                        settings->GetInt32(DOCUMENT_COLORPROFILE) == DOCUMENT_COLORPROFILE_LINEAR;
     return linear ? DrawColors::Linear : DrawColors::Display;
 }
 
@@ -150,6 +150,7 @@ private:
             drawBox(extent, displayColor(plain));
             return;
         }
+        if (!view.options.meshes) return;
         const Covering covering = showsColorAlways(shown.colorSource) ? Covering() : coveringOf(object);
         const std::vector<DrawMesh>& parts = meshes.record(object, covering.claims);
         for (size_t i = 0; i < parts.size(); ++i) recorder.mesh(parts[i], i ? covering.colors[i - 1] : plain, colors);
@@ -229,6 +230,42 @@ bool DrawDocument(BaseDocument& document, ViewCore& view, BaseThread* thread, Dr
     const bool whole = Redraw(document, view, thread, list).run();
     view.recorder.end();
     return whole;
+}
+
+void ShowAll(BaseDocument& document, ViewCore& view, const Matrix& axes, Float distanceFactor)
+{
+    const Extent extent = ExtentOfShown(document);
+    if (extent.empty()) return;
+    const ViewFrame turned = view.frameAlong(axes);
+    Framing boxes(turned, extent);
+    for (int i = 0; i < 8; ++i) boxes.add(extent.corner(i));
+    view.look(boxes.framed(distanceFactor));
+
+    // What plug-ins draw is known only when they have drawn it.
+    DrawList drawn;
+    const ViewOptions usual =
+        std::exchange(view.options, {.grid = false, .boxes = view.options.boxes, .meshes = false});
+    DrawDocument(document, view, nullptr, drawn);
+    view.options = usual;
+    Framing exact(turned, extent);
+    bool known = false;
+    const auto add = [&exact, &known](const Vector& point) {
+        exact.add(point);
+        known = true;
+    };
+    VisitShown(document, [&add](const ShownObject& shown) {
+        if (shown.showsItself && shown.object.IsInstanceOf(Opolygon) &&
+            static_cast<PolygonObject&>(shown.object).GetPolygonCount() > 0)
+            VisitOutline(shown.object, shown.matrix, add);
+    });
+    for (const DrawBatch& batch : drawn.batches) {
+        if (batch.state.space != DrawSpace::World) continue;
+        for (size_t i = 0; i < batch.count; ++i) {
+            const std::array<float, 3>& p = drawn.vertices[batch.first + i].position;
+            add(batch.state.matrix * Vector(p[0], p[1], p[2]));
+        }
+    }
+    if (known) view.look(exact.framed(distanceFactor));
 }
 
 } // namespace host

@@ -11,4 +11,8 @@ namespace host {
 /// other while nobody changes the document. Breaks off between objects if `thread` says so; false then.
 bool DrawDocument(BaseDocument& document, ViewCore& view, BaseThread* thread, DrawList& list);
 
+/// Turns the view's own camera to `axes` and moves it so that all that host and plug-ins draw is seen; farther away by
+/// `distanceFactor`. Axis views keep their direction. Without anything to see the view stays as it is.
+void ShowAll(BaseDocument& document, ViewCore& view, const Matrix& axes, Float distanceFactor = 1);
+
 } // namespace host

@@ -79,37 +79,38 @@ bool AxisViewAxes(Int32 projection, Matrix& axes)
     }
 }
 
-Framing::Framing(const ViewFrame& frame, const Extent& extent)
-    : camera(frame.worldFromCamera),
-      halfWidth(kFilledShare * frame.width / 2),
-      halfHeight(kFilledShare * frame.height / 2),
-      focus(frame.pixelsPerUnit),
+Framing::Framing(const ViewFrame& turned, const Extent& extent)
+    : frame(turned),
+      halfWidth(kFilledShare * turned.width / 2),
+      halfHeight(kFilledShare * turned.height / 2),
       distance(kSmallestExtent),
       pixels(1 / kSmallestExtent)
 {
-    camera.off = (extent.minimum + extent.maximum) * 0.5;
-    cameraFromWorld = ~camera;
+    frame.worldFromCamera.off = (extent.minimum + extent.maximum) * 0.5;
+    cameraFromWorld = ~frame.worldFromCamera;
 }
 
 void Framing::add(const Vector& point)
 {
     const Vector p = cameraFromWorld * point;
-    const Float x = std::abs(p.x), y = std::abs(p.y);
+    const Float x = std::abs(p.x), y = std::abs(p.y), focus = frame.pixelsPerUnit;
     distance = std::max({distance, x * focus / halfWidth - p.z, y * focus / halfHeight - p.z});
     if (x > 0) pixels = std::min(pixels, halfWidth / x);
     if (y > 0) pixels = std::min(pixels, halfHeight / y);
     deepest = std::max(deepest, -p.z);
 }
 
-void Framing::apply(Float distanceFactor, ViewFrame& frame) const
+ViewFrame Framing::framed(Float distanceFactor) const
 {
-    frame.worldFromCamera = camera;
+    ViewFrame result = frame;
+    Matrix& camera = result.worldFromCamera;
     if (frame.perspective) {
-        frame.worldFromCamera.off -= camera.v3 * (distance * distanceFactor);
-        return;
+        camera.off -= camera.v3 * (distance * distanceFactor);
+    } else {
+        result.pixelsPerUnit = pixels / distanceFactor;
+        camera.off -= camera.v3 * (2 * deepest + 1);
     }
-    frame.pixelsPerUnit = pixels / distanceFactor;
-    frame.worldFromCamera.off -= camera.v3 * (2 * deepest + 1);
+    return result;
 }
 
 } // namespace host

@@ -34,19 +34,18 @@ bool AxisViewAxes(Int32 projection, Matrix& axes);
 /// Finds the place from which a camera, without turning, sees all that is added. It looks at the middle of an extent.
 class Framing {
 public:
-    Framing(const ViewFrame& frame, const Extent& extent);
+    Framing(const ViewFrame& turned, const Extent& extent);
 
     void add(const Vector& point);
 
-    /// Moves the frame's camera so that all is seen with a margin when `distanceFactor` is 1, and from so much farther
-    /// away otherwise. In a parallel view `pixelsPerUnit` is set instead of a distance.
-    void apply(Float distanceFactor, ViewFrame& frame) const;
+    /// The frame with the camera where all is seen with a margin if `distanceFactor` is 1, and so much farther away
+    /// otherwise. In a parallel view `pixelsPerUnit` is set instead of a distance.
+    ViewFrame framed(Float distanceFactor) const;
 
 private:
-    Matrix camera; // in the middle
+    ViewFrame frame; // with the camera in the middle
     Matrix cameraFromWorld;
     Float halfWidth, halfHeight; // pixels to be filled
-    Float focus;                 // pixels that a unit covers at depth 1
     Float distance, pixels;      // as far as is known by now
     Float deepest = 0;
 };

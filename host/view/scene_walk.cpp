@@ -149,16 +149,4 @@ Extent ExtentOfShown(BaseDocument& document)
     return extent;
 }
 
-void FrameShown(BaseDocument& document, Float distanceFactor, ViewFrame& frame)
-{
-    const Extent extent = ExtentOfShown(document);
-    if (extent.empty()) return;
-    Framing framing(frame, extent);
-    VisitShown(document, [&framing](const ShownObject& shown) {
-        if (shown.showsItself)
-            VisitOutline(shown.object, shown.matrix, [&framing](const Vector& point) { framing.add(point); });
-    });
-    framing.apply(distanceFactor, frame);
-}
-
 } // namespace host

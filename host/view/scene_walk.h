@@ -33,7 +33,4 @@ void VisitOutline(BaseObject& object, const Matrix& matrix, const std::function<
 /// Of all that is shown.
 Extent ExtentOfShown(BaseDocument& document);
 
-/// Moves the frame's camera, without turning it, so that all that is shown is seen; see FrameExtent.
-void FrameShown(BaseDocument& document, Float distanceFactor, ViewFrame& frame);
-
 } // namespace host

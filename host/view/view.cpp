@@ -2,7 +2,6 @@
 
 #include "core/document.h"
 #include "core/node_class.h"
-#include "view/scene_walk.h"
 
 #include <algorithm>
 
@@ -100,15 +99,18 @@ ViewFrame ViewCore::frame() const
     return seen;
 }
 
-void ViewCore::show(BaseDocument& document, const Matrix& axes, Float distanceFactor)
+ViewFrame ViewCore::frameAlong(const Matrix& axes) const
 {
     ViewFrame seen = frame();
-    Matrix own;
     const Vector at = seen.worldFromCamera.off;
-    seen.worldFromCamera = AxisViewAxes(projection(), own) ? own : axes;
+    if (!AxisViewAxes(projection(), seen.worldFromCamera)) seen.worldFromCamera = axes;
     seen.worldFromCamera.off = at;
-    FrameShown(document, distanceFactor, seen);
-    parallelPixels = seen.perspective ? parallelPixels : seen.pixelsPerUnit;
+    return seen;
+}
+
+void ViewCore::look(const ViewFrame& seen)
+{
+    if (!seen.perspective) parallelPixels = seen.pixelsPerUnit;
     chosen = 0;
     ownCamera->SetLocal(seen.worldFromCamera);
 }

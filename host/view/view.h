@@ -12,8 +12,9 @@ namespace host {
 
 /// What is shown beside the scene.
 struct ViewOptions {
-    bool grid = true;  // on the floor
-    bool boxes = true; // around objects without polygons, and around active ones
+    bool grid = true;   // on the floor
+    bool boxes = true;  // around objects without polygons, and around active ones
+    bool meshes = true; // polygons of the host's objects
 };
 
 struct ViewCore : NodeCore {
@@ -37,9 +38,10 @@ struct ViewCore : NodeCore {
     /// As it is now; during a redraw as it was at its beginning.
     ViewFrame frame() const;
 
-    /// Turns the editor's camera to `axes` and moves it so that all that the document shows is seen; farther away by
-    /// `distanceFactor`. Axis views keep their direction.
-    void show(BaseDocument& document, const Matrix& axes, Float distanceFactor = 1);
+    /// The frame with the camera turned to `axes`; axis views keep their direction.
+    ViewFrame frameAlong(const Matrix& axes) const;
+    /// Takes a frame's camera for the editor's own, which is looked through from now on.
+    void look(const ViewFrame& seen);
 
     /// For callbacks that draw into this view.
     BaseDrawHelp drawHelp(BaseDocument& document) const;

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <sstream>
+#include <stdlib.h>
 
 namespace verdanth::test {
 
@@ -19,6 +20,9 @@ struct RunResult {
 
 inline RunResult RunApp(const std::vector<std::string>& arguments, bool terminal = false)
 {
+#ifdef VERDANTH_MODULE // which does not stand beside the tests
+    setenv("VERDANTH_MODULE", VERDANTH_MODULE, 1);
+#endif
     std::ostringstream out, messages;
     int status = 0;
     {

@@ -67,7 +67,7 @@ TEST(Projection, AFramedBoxFillsTheFrameAndStaysInIt)
         extent.add(Matrix(), middle, Vector(-30 - 20 * number(random), 30, -1)); // radii may be negative
         Framing framing(frame, extent);
         for (int i = 0; i < 8; ++i) framing.add(extent.corner(i));
-        framing.apply(1, frame);
+        frame = framing.framed(1);
 
         Float reach = 0;
         const Vector size(frame.width, frame.height, 0);
@@ -80,8 +80,7 @@ TEST(Projection, AFramedBoxFillsTheFrameAndStaysInIt)
         ASSERT_LE(reach, 1);
         ASSERT_GE(reach, 0.89);
 
-        ViewFrame farther = frame;
-        framing.apply(2, farther);
+        const ViewFrame farther = framing.framed(2);
         const auto units = [&](const ViewFrame& seen) {
             return UnitsPerPixel(seen, (~seen.worldFromCamera * middle).z);
         };

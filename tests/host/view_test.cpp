@@ -245,11 +245,12 @@ TEST_F(ViewTest, ColorsComeFromTheGeneratorTheCacheTheLayerOrTheDocument)
     addPainter(made, kCachePainter);
     EXPECT_EQ(shown(), 20);
 
-    // Amounts of light in a document that works so; colours as they are shown in all others.
-    EXPECT_EQ(list.batches[1].state.colors, DrawColors::Linear);
-    document->GetDataInstance()->SetBool(DOCUMENT_LINEARWORKFLOW, false);
-    draw();
+    // Colours as they are shown, but amounts of light in a document that is said to work so.
     EXPECT_EQ(list.batches[1].state.colors, DrawColors::Display);
+    document->GetDataInstance()->SetInt32(DOCUMENT_COLORPROFILE, DOCUMENT_COLORPROFILE_LINEAR);
+    EXPECT_EQ(draw().batches[1].state.colors, DrawColors::Linear);
+    document->GetDataInstance()->SetBool(DOCUMENT_LINEARWORKFLOW, false);
+    EXPECT_EQ(draw().batches[1].state.colors, DrawColors::Display);
 }
 
 TEST_F(ViewTest, MaterialsCoverTheSelectionsThatTheyNameAndTheLastOneWins)
@@ -374,18 +375,17 @@ TEST_F(ViewTest, APixelHasTheSizeThatTheProjectionGivesIt)
 {
     BaseDraw* draws = document->GetActiveBaseDraw();
     toldRadius = Vector(100);
-    addPainter(nullptr);
+    addPainter(nullptr); // draws a line that ends at (1, 2, 3)
     std::mt19937 random(3);
     std::uniform_real_distribution<Float> number(-1, 1);
     for (Int32 num = 0; num < document->GetBaseDrawCount(); ++num) {
         BaseDraw* seen = document->GetBaseDraw(num);
         CoreOf(seen)->setSize(640, 480);
-        CoreOf(seen)->show(*document, CameraAxes(0.5, 0.3));
+        ShowAll(*document, *CoreOf(seen), CameraAxes(0.5, 0.3));
         EXPECT_EQ(seen->GetProjection() == Pperspective, num == 0);
         for (int round = 0; round < 50; ++round) {
-            const Vector p(100 * number(random), 100 * number(random), 100 * number(random));
+            const Vector p(number(random), number(random), number(random));
             const Vector screen = seen->WS(p);
-            ASSERT_TRUE(seen->TestPoint(screen.x, screen.y)) << "all of the extent is in the frame";
             ASSERT_LT(Len(seen->SW(screen) - p), 1e-6);
             ASSERT_LT(Len(seen->CW(seen->WC(p)) - p), 1e-9);
             const Float pixel = seen->PW_W(p, false);
@@ -395,6 +395,9 @@ TEST_F(ViewTest, APixelHasTheSizeThatTheProjectionGivesIt)
         }
     }
     const Matrix camera = draws->GetMg();
+    const Vector seenEnd = draws->WS(Vector(1, 2, 3));
+    EXPECT_TRUE(draws->TestPoint(seenEnd.x, seenEnd.y)) << "framed is what plug-ins draw, not what they tell";
+    EXPECT_LT(draws->WC(Vector()).z, 20);
     EXPECT_LT(Len(camera.v3 - CameraAxes(0.5, 0.3).v3), 1e-12);
     EXPECT_EQ(draws->GetSceneCamera(document), nullptr);
     EXPECT_EQ(draws->GetEditorCamera()->GetMg().off, camera.off);
