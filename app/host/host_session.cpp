@@ -23,7 +23,8 @@ fs::path modulePath()
 {
     if (const char* named = std::getenv("VERDANTH_MODULE"); named && *named) return named;
     const fs::path program = ProgramFolder();
-    for (const fs::path& candidate : {program / "module/verdanth.so", program / "../lib/verdanth/verdanth.so"}) {
+    for (const fs::path& candidate :
+         {program / "module/verdanth.so", program / "../module/verdanth.so", program / "../lib/verdanth/verdanth.so"}) {
         std::error_code ignored;
         if (fs::exists(candidate, ignored)) return candidate.lexically_normal();
     }

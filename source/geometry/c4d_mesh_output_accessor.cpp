@@ -13,6 +13,7 @@ namespace {
 
 constexpr Int32 kFirstRoom = 2;
 constexpr Int32 kLastDoubling = LIMIT<Int32>::MAX / 2;
+
 Vector textureCoordinate(const vdt::Vector2f& uv)
 {
     return {uv.u, uv.v, 0};
