@@ -93,6 +93,18 @@ Covering coveringOf(BaseObject& object)
     return covering;
 }
 
+Extent extentOfDrawn(const DrawList& list)
+{
+    Extent extent;
+    for (const DrawBatch& batch : list.batches) {
+        if (batch.state.space != DrawSpace::World || batch.box.empty()) continue;
+        const std::array<float, 3>&low = batch.box.minimum, &high = batch.box.maximum;
+        const Vector a(low[0], low[1], low[2]), b(high[0], high[1], high[2]);
+        extent.add(batch.state.matrix, (a + b) * 0.5, (b - a) * 0.5);
+    }
+    return extent;
+}
+
 class Redraw {
 public:
     Redraw(BaseDocument& drawn, ViewCore& seen, BaseThread* on, DrawList& recorded)
@@ -108,8 +120,6 @@ public:
     bool run()
     {
         callHooks(SCENEHOOKDRAW_DRAW_PASS_AFTER_CLEAR, false);
-        view.recorder.reset(true);
-        if (view.options.grid) DrawFloorGrid(view.frame(), ExtentOfShown(document), list);
         std::vector<BaseObject*> plugins; // shown ones, in tree order
         const auto drawOwn = [this](const ShownObject& shown) {
             if (shown.showsItself && !broken()) drawObject(shown);
@@ -121,6 +131,8 @@ public:
         };
         VisitShown(document, drawOwn, letPluginDraw);
         callHooks(SCENEHOOKDRAW_DRAW_PASS, true);
+        // Depths are known by now: the scene hides what is behind it, though the grid comes last.
+        if (view.options.grid) DrawFloorGrid(list.frame, extentOfDrawn(list), list);
         if (view.options.boxes) drawActiveBoxes();
         callActive(plugins, BIT_ACTIVE, DRAWPASS_BOX, true);
         callActive(plugins, BIT_ACTIVE, DRAWPASS_HANDLES, false);

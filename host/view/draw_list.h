@@ -13,6 +13,11 @@
 
 namespace host {
 
+inline std::array<float, 3> Narrow(const Vector& v)
+{
+    return {static_cast<float>(v.x), static_cast<float>(v.y), static_cast<float>(v.z)};
+}
+
 /// How the camera sees: the frame's centre is where its z axis points.
 struct ViewFrame {
     Int32 width = 0; // pixels

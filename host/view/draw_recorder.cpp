@@ -9,11 +9,6 @@ namespace {
 constexpr Float kUsualPointSize = 2;
 constexpr Float kLargestSize = 64; // pixels, of points and lines; what every driver can do
 
-std::array<float, 3> narrow(const Vector& v)
-{
-    return {static_cast<float>(v.x), static_cast<float>(v.y), static_cast<float>(v.z)};
-}
-
 Float sizeWithin(Float pixels)
 {
     return std::isfinite(pixels) ? std::clamp(pixels, 0.5, kLargestSize) : 1;
@@ -169,8 +164,8 @@ DrawState DrawRecorder::screenState(Float size) const
 
 DrawVertex DrawRecorder::vertex(const Vector& position, const Vector& color) const
 {
-    const std::array<float, 3> shown = narrow(color);
-    return {narrow(position), {shown[0], shown[1], shown[2], static_cast<float>(opacity)}};
+    const std::array<float, 3> shown = Narrow(color);
+    return {Narrow(position), {shown[0], shown[1], shown[2], static_cast<float>(opacity)}};
 }
 
 } // namespace host

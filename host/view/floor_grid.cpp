@@ -12,11 +12,13 @@ constexpr int kPieces = 16;     // of a line; it fades from one to the next
 constexpr Float kEdgeOn = 0.02; // sine of the angle to the floor
 
 struct Grid {
-    Float middleX, middleZ, radius, step;
+    Float middleX = 0, middleZ = 0, radius = 0, step = 0;
 };
 
-Grid gridFor(const ViewFrame& frame, const Extent& shown)
+// False where lines so far out cannot be told apart.
+bool gridFor(const ViewFrame& frame, const Extent& shown, Grid& grid)
 {
+    constexpr Float kFarthest = 1e6; // lines from the world's axes
     Vector middle;
     Float radius = 500;
     if (!shown.empty()) {
@@ -25,9 +27,14 @@ Grid gridFor(const ViewFrame& frame, const Extent& shown)
     }
     if (frame.perspective) radius = std::max(radius, Len(frame.worldFromCamera.off - middle) / 2);
     radius *= 1.5;
-    Float step = std::pow(10.0, std::ceil(std::log10(radius / kMostLines)));
-    if (radius / step < kMostLines / 4.0) step /= 2;
-    return {std::round(middle.x / step) * step, std::round(middle.z / step) * step, radius, step};
+    const Float least = radius / kMostLines;
+    const Float decade = std::pow(10.0, std::floor(std::log10(least)));
+    Float step = decade;
+    for (const Float factor : {2.0, 5.0, 10.0})
+        if (step < least) step = factor * decade;
+    if (!(std::max(std::abs(middle.x), std::abs(middle.z)) < kFarthest * step) || !std::isfinite(radius)) return false;
+    grid = {std::round(middle.x / step) * step, std::round(middle.z / step) * step, radius, step};
+    return true;
 }
 
 } // namespace
@@ -36,7 +43,8 @@ void DrawFloorGrid(const ViewFrame& frame, const Extent& shown, DrawList& list)
 {
     if (std::abs(frame.worldFromCamera.v3.y) < kEdgeOn) return;
 
-    const Grid grid = gridFor(frame, shown);
+    Grid grid;
+    if (!gridFor(frame, shown, grid)) return;
     DrawState state;
     state.matrix.off = Vector(grid.middleX, 0, grid.middleZ);
     state.depthWrite = false;

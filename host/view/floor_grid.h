@@ -5,7 +5,7 @@
 
 namespace host {
 
-/// Lines through the world's floor around and below what is shown, a power of ten of units apart, fading outwards; the
+/// Lines through the world's floor around and below what is shown, a round number of units apart, fading outwards; the
 /// world's axes are coloured. Nothing where the floor is seen edge on.
 void DrawFloorGrid(const ViewFrame& frame, const Extent& shown, DrawList& list);
 

@@ -11,11 +11,6 @@
 namespace host {
 namespace {
 
-std::array<float, 3> narrow(const Vector& v)
-{
-    return {static_cast<float>(v.x), static_cast<float>(v.y), static_cast<float>(v.z)};
-}
-
 struct Polygons {
     const Vector* points;
     Int32 pointCount;
@@ -105,14 +100,14 @@ void addVertices(DrawList& list, const Polygons& polygons, const CornerNormals& 
 {
     if (normals.empty()) {
         for (Int32 i = 0; i < polygons.pointCount; ++i)
-            list.meshVertices.push_back({narrow(polygons.points[i]), {0, 0, 0}});
+            list.meshVertices.push_back({Narrow(polygons.points[i]), {0, 0, 0}});
         return;
     }
     for (Int32 i = 0; i < polygons.count; ++i) {
         for (Int32 corner = 0; corner < 4; ++corner) {
             const Vector32& normal = normals[static_cast<size_t>(i) * 4 + static_cast<size_t>(corner)];
             const Vector position = polygons.valid(i) ? polygons.points[polygons.corners[i][corner]] : Vector();
-            list.meshVertices.push_back({narrow(position), {normal.x, normal.y, normal.z}});
+            list.meshVertices.push_back({Narrow(position), {normal.x, normal.y, normal.z}});
         }
     }
 }

@@ -38,6 +38,7 @@ Float UnitsPerPixel(const ViewFrame& frame, Float depth)
 
 void Extent::add(const Vector& point)
 {
+    if (!std::isfinite(point.x) || !std::isfinite(point.y) || !std::isfinite(point.z)) return;
     if (empty()) {
         minimum = maximum = point;
         return;
@@ -93,6 +94,7 @@ Framing::Framing(const ViewFrame& turned, const Extent& extent)
 void Framing::add(const Vector& point)
 {
     const Vector p = cameraFromWorld * point;
+    if (!std::isfinite(p.x) || !std::isfinite(p.y) || !std::isfinite(p.z)) return;
     const Float x = std::abs(p.x), y = std::abs(p.y), focus = frame.pixelsPerUnit;
     distance = std::max({distance, x * focus / halfWidth - p.z, y * focus / halfHeight - p.z});
     if (x > 0) pixels = std::min(pixels, halfWidth / x);

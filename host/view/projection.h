@@ -19,6 +19,7 @@ struct Extent {
     Vector minimum{1}, maximum{-1};
 
     bool empty() const { return minimum.x > maximum.x; }
+    /// Points that are nowhere (not a number, or infinite) add nothing.
     void add(const Vector& point);
     /// The corners of a box around `centre`, which `matrix` takes into the world. Radii may be negative.
     void add(const Matrix& matrix, const Vector& centre, const Vector& radius);

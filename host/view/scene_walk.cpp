@@ -7,7 +7,7 @@ namespace {
 
 // Instances of instances, and caches in caches: no sensible scene goes deeper, and one that links in a circle ends
 // here.
-constexpr int kDeepest = 64;
+constexpr int kDeepest = 200;
 
 struct Place {
     Matrix moved; // what a render instance does to world coordinates

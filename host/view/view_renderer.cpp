@@ -4,6 +4,7 @@
 #include "view/shaders.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
 
 namespace host {
@@ -11,14 +12,9 @@ namespace {
 
 constexpr GLsizei kWantedSamples = 8; // a pixel
 
-std::array<float, 3> narrow(const Vector& v)
-{
-    return {static_cast<float>(v.x), static_cast<float>(v.y), static_cast<float>(v.z)};
-}
-
 std::array<float, 16> columnsOf(const Matrix& m)
 {
-    const std::array<float, 3> a = narrow(m.v1), b = narrow(m.v2), c = narrow(m.v3), d = narrow(m.off);
+    const std::array<float, 3> a = Narrow(m.v1), b = Narrow(m.v2), c = Narrow(m.v3), d = Narrow(m.off);
     return {a[0], a[1], a[2], 0, b[0], b[1], b[2], 0, c[0], c[1], c[2], 0, d[0], d[1], d[2], 1};
 }
 
@@ -45,6 +41,7 @@ DepthRange depthsOf(const DrawList& list, const Matrix& cameraFromWorld)
                 return static_cast<Float>(corner >> axis & 1 ? batch.box.maximum[axis] : batch.box.minimum[axis]);
             };
             const Float depth = (matrix * Vector(at(0), at(1), at(2))).z;
+            if (!std::isfinite(depth)) continue;
             nearest = std::min(nearest, depth);
             farthest = std::max(farthest, depth);
         }
@@ -160,7 +157,7 @@ struct ViewRenderer::Resources {
             program.set("normalFromLocal", columnsOf(normalMatrix(matrix)));
             program.set("color", batch.color);
             program.set("perspective", frame.perspective ? 1 : 0);
-            program.set("up", narrow(cameraFromWorld.TransformVector(Vector(0, 1, 0)).GetNormalized()));
+            program.set("up", Narrow(cameraFromWorld.TransformVector(Vector(0, 1, 0)).GetNormalized()));
             drawMesh(batch);
         } else {
             program.set("size", state.size);

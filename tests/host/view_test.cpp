@@ -13,6 +13,7 @@
 
 #include <gmock/gmock.h>
 
+#include <limits>
 #include <random>
 #include <thread>
 
@@ -369,6 +370,46 @@ TEST_F(ViewTest, WhatHasNoPolygonsShowsItsBoxAndBrokenPolygonsShowNothing)
     broken->GetPolygonW()[0] = CPolygon(0, 1, 7, -1);
     add(broken);
     EXPECT_EQ(meshes().size(), 0U);
+}
+
+TEST_F(ViewTest, TheGridLiesOnTheFloorBelowTheSceneHoweverBrokenThatIs)
+{
+    const auto gridLines = [this] {
+        size_t lines = 0;
+        for (const DrawBatch& batch : draw().batches) {
+            const bool isGrid = batch.kind == DrawKind::Lines && !batch.state.depthWrite &&
+                                batch.state.depthTest == DepthTest::LessEqual;
+            if (!isGrid) continue;
+            lines += batch.count / 2;
+            EXPECT_EQ(batch.box.minimum[1] + batch.box.maximum[1], 0);
+        }
+        return lines;
+    };
+    add(square());
+    EXPECT_EQ(gridLines(), 0U) << "switched off";
+    view->options.grid = true;
+    const size_t usual = gridLines();
+    EXPECT_GT(usual, 100U);
+    ViewFrame along = view->frame();
+    along.worldFromCamera = Matrix();
+    view->look(along);
+    EXPECT_EQ(gridLines(), 0U) << "edge on";
+
+    const Float infinite = std::numeric_limits<Float>::infinity();
+    for (const Float wrong : {std::nan(""), infinite, -infinite, 1e300, 1e30, -1e12}) {
+        PolygonObject* broken = square();
+        broken->GetPointW()[0] = broken->GetPointW()[2] = Vector(wrong, 0, wrong);
+        add(broken);
+        ShowAll(*document, *view, CameraAxes(0, 0.5));
+        EXPECT_LT(gridLines(), 5000U);
+        EXPECT_EQ(meshes().size(), 2U);
+        broken->Remove();
+        BaseObject* object = broken;
+        BaseObject::Free(object);
+        ShowAll(*document, *view, CameraAxes(0, 0.5));
+        EXPECT_NEAR(static_cast<double>(gridLines()), static_cast<double>(usual), 0.7 * static_cast<double>(usual))
+            << "nothing of it stays";
+    }
 }
 
 TEST_F(ViewTest, APixelHasTheSizeThatTheProjectionGivesIt)
