@@ -17,7 +17,7 @@ namespace {
 constexpr Int32 kSurface = static_cast<Int32>(PlantPoints::Surface);
 constexpr Int32 kFoliage = static_cast<Int32>(PlantPoints::Foliage);
 
-class PlantLibrary : public testing::Test {
+class PlantLibraryRecord : public testing::Test {
 protected:
     void SetUp() override
     {
@@ -74,7 +74,7 @@ protected:
     PlantObjectLibrary* library = nullptr;
 };
 
-TEST_F(PlantLibrary, AnswersForNothingAndForOtherObjects)
+TEST_F(PlantLibraryRecord, AnswersForNothingAndForOtherObjects)
 {
     BaseObject* other = BaseObject::Alloc(Onull);
     BaseObject& unchosen = scene.place("");
@@ -94,7 +94,7 @@ TEST_F(PlantLibrary, AnswersForNothingAndForOtherObjects)
     BaseObject::Free(other);
 }
 
-TEST_F(PlantLibrary, ProxiesAreFoundByNameElseTheHullIsBuilt)
+TEST_F(PlantLibraryRecord, ProxiesAreFoundByNameElseTheHullIsBuilt)
 {
     BaseObject& plant = scene.place(oak, 1);
     struct Row {
@@ -114,7 +114,7 @@ TEST_F(PlantLibrary, ProxiesAreFoundByNameElseTheHullIsBuilt)
     PolygonObject::Free(hull);
 }
 
-TEST_F(PlantLibrary, TheRenderMeshIsTheCacheWhereThatIsTheFullMesh)
+TEST_F(PlantLibraryRecord, TheRenderMeshIsTheCacheWhereThatIsTheFullMesh)
 {
     BaseObject& plant = scene.place(oak, 0);
     const auto polygons = [&](Int32 expectedFlag) {
@@ -139,7 +139,7 @@ TEST_F(PlantLibrary, TheRenderMeshIsTheCacheWhereThatIsTheFullMesh)
     EXPECT_TRUE(DataOf(plant).statistics.Content());
 }
 
-TEST_F(PlantLibrary, SurfacePointsAreTheLibrarysSamples)
+TEST_F(PlantLibraryRecord, SurfacePointsAreTheLibrarysSamples)
 {
     BaseObject& plant = inMetres(0);
     BaseMaterial& green = scene.addMaterial(Vector(0.25, 0.5, 0.75));
@@ -163,7 +163,7 @@ TEST_F(PlantLibrary, SurfacePointsAreTheLibrarysSamples)
     EXPECT_TRUE(fetchPoints(plant, -5, kSurface).empty());
 }
 
-TEST_F(PlantLibrary, FoliagePointsComeFromTheCloudThatIsShown)
+TEST_F(PlantLibraryRecord, FoliagePointsComeFromTheCloudThatIsShown)
 {
     BaseObject& plant = inMetres(0);
     EXPECT_EQ(library->CountPoints(&plant, 3, kFoliage), 3);
@@ -185,7 +185,7 @@ TEST_F(PlantLibrary, FoliagePointsComeFromTheCloudThatIsShown)
     EXPECT_EQ(fetchPoints(plant, 2, kFoliage).size(), 2u) << "no more than there is room for";
 }
 
-TEST_F(PlantLibrary, BranchesNeverNeedMoreRoomThanWasTold)
+TEST_F(PlantLibraryRecord, BranchesNeverNeedMoreRoomThanWasTold)
 {
     BaseObject& plant = inMetres(0);
     for (const bool cloud : {false, true}) {
