@@ -2,8 +2,6 @@
 #include "commands/plant_options.h"
 #include "console/json_text.h"
 #include "console/text_table.h"
-#include "customgui_unitscale.h"
-#include "ddoc.h"
 #include "exit_status.h"
 #include "export/export_scene.h"
 #include "files/input_file.h"
@@ -73,10 +71,7 @@ int runNew(const NewOptions& options, Console& console)
     }
     HostSession session;
     if (!session.start("", console)) return kFailure;
-    const OwnDocument document;
-    AutoAlloc<UnitScaleData> unit;
-    unit->SetUnitScale(1, options.unit);
-    document->SetParameter(DOCUMENT_DOCUNIT, GeData(CUSTOMDATATYPE_UNITSCALE, *unit), DESCFLAGS_SET_0);
+    const OwnDocument document(options.unit);
     if (!saveScene(*document.get(), options.scene, console)) return kFailure;
     console.out() << OneLine(options.scene) << ": an empty scene\n";
     return kSuccess;

@@ -30,6 +30,15 @@ uint64_t qualifierOf(const SceneRequest& request)
     return static_cast<uint64_t>(std::find_if(all.begin(), all.end(), isShown) - all.begin());
 }
 
+DOCUMENT_UNIT unitOf(const vdt::Model& model)
+{
+    switch (model.unit) {
+    case vdt::kMillimeters: return DOCUMENT_UNIT_MM;
+    case vdt::kMeters: return DOCUMENT_UNIT_M;
+    default: return DOCUMENT_UNIT_CM;
+    }
+}
+
 // Two opposite corners of a bounding box are all that the module makes of it.
 vdt::Box boxOf(PolygonObject& corners)
 {
@@ -82,8 +91,10 @@ bool BuildSceneInHost(const SceneRequest& request, const std::string& file, cons
         console.warning("only the full plant is reduced and rounded; its lighter forms are made of all of it");
     const double meters = MetersPerUnit(request.model.unit);
     PlantSettings settings = SettingsOf(request, file);
-    const OwnDocument document;
-    BaseObject* plant = document ? AddPlant(*document.get(), settings, meters) : nullptr;
+    // In the model's own unit, so that nothing is rounded on the way there and back.
+    constexpr double kSameUnit = 1;
+    const OwnDocument document(unitOf(request.model));
+    BaseObject* plant = document ? AddPlant(*document.get(), settings, kSameUnit) : nullptr;
     if (!plant) {
         console.error("the module makes no plant object");
         return false;
@@ -98,8 +109,8 @@ bool BuildSceneInHost(const SceneRequest& request, const std::string& file, cons
         SceneLevel& level = scene.levels.emplace_back();
         level.body.mesh.name = "plant";
         level.body.placements = {Placement()};
-        SceneMeshBuilder builder(level.body.mesh, 1, [&](int32_t matid) { return materials.indexOf(matid); });
-        if (SetDetail(*plant, settings, meters) && Evaluate(*document.get()) && !console.isCancelled()) {
+        SceneMeshBuilder builder(level.body.mesh, meters, [&](int32_t matid) { return materials.indexOf(matid); });
+        if (SetDetail(*plant, settings, kSameUnit) && Evaluate(*document.get()) && !console.isCancelled()) {
             PolygonObject* built = BuiltMesh(*plant);
             if (built && request.form == PlantForm::Box)
                 WriteBox(boxOf(*built), builder);

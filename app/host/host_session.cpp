@@ -2,7 +2,6 @@
 
 #include "console/console.h"
 #include "core/application.h"
-#include "customgui_unitscale.h"
 #include "ddoc.h"
 #include "lookup/species.h"
 #include "module/modules.h"
@@ -57,12 +56,12 @@ bool HostSession::start(const std::string& library, Console& console)
     return true;
 }
 
-OwnDocument::OwnDocument() : document(BaseDocument::Alloc())
+OwnDocument::OwnDocument(DOCUMENT_UNIT unit) : document(BaseDocument::Alloc())
 {
-    AutoAlloc<UnitScaleData> unit;
-    if (!document || !unit) return;
-    unit->SetUnitScale(1, DOCUMENT_UNIT_M);
-    document->SetParameter(DOCUMENT_DOCUNIT, GeData(CUSTOMDATATYPE_UNITSCALE, *unit), DESCFLAGS_SET_0);
+    AutoAlloc<UnitScaleData> scale;
+    if (!document || !scale) return;
+    scale->SetUnitScale(1, unit);
+    document->SetParameter(DOCUMENT_DOCUNIT, GeData(CUSTOMDATATYPE_UNITSCALE, *scale), DESCFLAGS_SET_0);
 }
 
 OwnDocument::~OwnDocument()

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "c4d.h"
+#include "customgui_unitscale.h"
 
 #include <memory>
 #include <string>
@@ -32,8 +33,8 @@ private:
 /// A document of the host's, freed with this.
 class OwnDocument {
 public:
-    /// Empty, its unit the metre.
-    OwnDocument();
+    /// Empty, with lengths in `unit`.
+    explicit OwnDocument(DOCUMENT_UNIT unit = DOCUMENT_UNIT_M);
     /// Takes `taken` over; may be null.
     explicit OwnDocument(BaseDocument* taken) : document(taken) {}
     OwnDocument(const OwnDocument&) = delete;

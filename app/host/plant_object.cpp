@@ -3,7 +3,9 @@
 #include "host/host_session.h"
 #include "oplant.h"
 
+#include <algorithm>
 #include <charconv>
+#include <span>
 #include <vector>
 
 namespace verdanth {
@@ -83,9 +85,20 @@ std::vector<vdt::Vector3> normalsOf(PolygonObject& mesh, const Matrix& matrix)
     return normals;
 }
 
+// True if all corners' normals look to the other side than the polygon itself, and not just askew.
+bool looksAway(std::span<const uint64_t> polygon, const std::vector<vdt::Vector3>& points,
+               const std::vector<vdt::Vector3>& normals)
+{
+    constexpr double kCosine = -0.5;
+    const vdt::Vector3 area =
+        vdt::Normalized(vdt::Cross(points[polygon[1]] - points[polygon[0]], points[polygon[2]] - points[polygon[0]]));
+    const auto isOpposite = [&](uint64_t point) { return vdt::Dot(normals[point], area) < kCosine; };
+    return std::all_of(polygon.begin(), polygon.end(), isOpposite);
+}
+
 } // namespace
 
-BaseObject* AddPlant(BaseDocument& document, const PlantSettings& settings, double metersPerUnit)
+BaseObject* AddPlant(BaseDocument& document, const PlantSettings& settings, double modelUnit)
 {
     BaseObject* plant = BaseObject::Alloc(kPlantObject);
     if (!plant) return nullptr;
@@ -97,24 +110,23 @@ BaseObject* AddPlant(BaseDocument& document, const PlantSettings& settings, doub
     if (set(*plant, DescID(PLANT_SELECTION, kSelectionFile), GeData(file)) &&
         set(*plant, PLANT_VARIANT, GeData(static_cast<Int32>(settings.variant))) &&
         set(*plant, PLANT_QUALIFIER, GeData(static_cast<Int32>(settings.qualifier))) &&
-        SetDetail(*plant, settings, metersPerUnit))
+        SetDetail(*plant, settings, modelUnit))
         return plant;
     plant->Remove();
     BaseObject::Free(plant);
     return nullptr;
 }
 
-bool SetDetail(BaseObject& plant, const PlantSettings& settings, double metersPerUnit)
+bool SetDetail(BaseObject& plant, const PlantSettings& settings, double modelUnit)
 {
     const vdt::ReductionParameters& reduction = settings.reduction;
     const vdt::ReductionParameters whole;
     const bool limitsLevel = reduction.maxLevel != whole.maxLevel;
     const bool limitsRadius = reduction.minRadius > 0;
-    // The object's lengths are in the scene's unit, which is the metre.
     return setFlag(plant, PLANT_LIMIT_LEVEL, limitsLevel) &&
            (!limitsLevel || set(plant, PLANT_MAX_LEVEL, GeData(static_cast<Int32>(reduction.maxLevel)))) &&
            setFlag(plant, PLANT_LIMIT_RADIUS, limitsRadius) &&
-           (!limitsRadius || set(plant, PLANT_MIN_RADIUS, GeData(reduction.minRadius * metersPerUnit))) &&
+           (!limitsRadius || set(plant, PLANT_MIN_RADIUS, GeData(reduction.minRadius * modelUnit))) &&
            set(plant, PLANT_FOLIAGE_AMOUNT, GeData(reduction.foliageAmount)) &&
            set(plant, PLANT_FOLIAGE_THINNING, GeData(reduction.foliageThinning)) &&
            set(plant, PLANT_SUBDIVISION_LEVEL, GeData(static_cast<Int32>(settings.subdivisionLevel))) &&
@@ -137,9 +149,11 @@ PolygonObject* BuiltMesh(BaseObject& object)
 void WriteMesh(PolygonObject& mesh, const Matrix& matrix, vdt::MeshOutputAccessor& output)
 {
     const std::vector<vdt::Vector3> normals = normalsOf(mesh, matrix);
-    const Vector* points = mesh.GetPointR();
-    for (Int32 i = 0; i < mesh.GetPointCount(); ++i)
-        output.AddPoint(modelVector(matrix * points[i]), normals[static_cast<size_t>(i)]);
+    std::vector<vdt::Vector3> points(normals.size());
+    for (size_t i = 0; i < points.size(); ++i) {
+        points[i] = modelVector(matrix * mesh.GetPointR()[i]);
+        output.AddPoint(points[i], normals[i]);
+    }
 
     const std::vector<int32_t> materials = materialsOf(mesh);
     auto* coordinateTag = static_cast<UVWTag*>(mesh.GetTag(Tuvw));
@@ -157,8 +171,12 @@ void WriteMesh(PolygonObject& mesh, const Matrix& matrix, vdt::MeshOutputAccesso
             vertices[c] = static_cast<uint64_t>(polygons[i][corner]);
             textures[c] = output.AddUV(static_cast<float>(uv.x), static_cast<float>(uv.y));
         }
-        const auto used = static_cast<size_t>(count);
-        output.AddPolygon({vertices, used}, {textures, used}, materials[static_cast<size_t>(i)]);
+        const std::span<uint64_t> used(vertices, static_cast<size_t>(count));
+        if (looksAway(used, points, normals)) {
+            std::reverse(vertices, vertices + count);
+            std::reverse(textures, textures + count);
+        }
+        output.AddPolygon(used, {textures, used.size()}, materials[static_cast<size_t>(i)]);
     }
 }
 

@@ -27,12 +27,12 @@ struct PlantSettings {
     PlantDisplay display = PlantDisplay::Full;
 };
 
-/// A new plant object at the end of the document's list, the document's own. Null if the host cannot make one or the
-/// module refuses a setting.
-BaseObject* AddPlant(BaseDocument& document, const PlantSettings& settings, double metersPerUnit);
+/// A new plant object at the end of the document's list, the document's own. `modelUnit` is how many of the document's
+/// units one of the model's is. Null if the host cannot make one or the module refuses a setting.
+BaseObject* AddPlant(BaseDocument& document, const PlantSettings& settings, double modelUnit);
 
 /// Tells a plant what of it is built, leaving its file and look alone. False if the module refuses.
-bool SetDetail(BaseObject& plant, const PlantSettings& settings, double metersPerUnit);
+bool SetDetail(BaseObject& plant, const PlantSettings& settings, double modelUnit);
 
 /// Builds what has changed in the document, as a viewport would ask for it.
 bool Evaluate(BaseDocument& document);
@@ -42,7 +42,8 @@ PolygonObject* BuiltMesh(BaseObject& object);
 
 /// Writes a polygon object through `matrix` (of the host's world) to `output`, turned into the library's right-handed
 /// world: points, texture coordinates, normals and, by the selections "MAT" n, material ids. Polygons outside of all
-/// such selections get `kNoMaterial`.
+/// such selections get `kNoMaterial`. Polygons that look away from their normals, as mirrored leaves do, are turned
+/// round.
 void WriteMesh(PolygonObject& mesh, const Matrix& matrix, vdt::MeshOutputAccessor& output);
 
 } // namespace verdanth

@@ -115,7 +115,7 @@ TEST(Forms, LevelsOfDetailMeetTheirBudgets)
     const auto document = exported(folder, {"--season", "winter", "--lod", "3"}).document;
     std::set<std::string> names;
     for (const auto& node : document["nodes"]) names.insert(node["name"].get<std::string>());
-    for (const char* name : {"Testa plana_LOD0", "Testa plana_LOD1", "Testa plana_LOD2", "branches_LOD2"})
+    for (const char* name : {"Testa plana_LOD0", "Testa plana_LOD1", "Testa plana_LOD2", "plant_LOD2"})
         EXPECT_TRUE(names.contains(name)) << name;
     EXPECT_EQ(document["scenes"][0]["nodes"].size(), 1);
     const uint64_t bare = exported(folder, {"--season", "winter"}).polygons.size();
