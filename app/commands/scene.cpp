@@ -108,7 +108,7 @@ int runAdd(const AddOptions& options, Console& console)
     const std::string& title = wanted.model.name;
     object->SetName(HostText(!options.name.empty() ? options.name : title.empty() ? "plant" : title));
     object->SetAbsPos(Vector(options.position[0], options.position[1], -options.position[2]) * (1 / unit));
-    object->SetAbsRot(Vector(options.turn * kRadian, 0, 0));
+    object->SetAbsRot(Vector(-options.turn * kRadian, 0, 0)); // left-handed
     object->SetAbsScale(Vector(options.scale));
     if (!saveScene(document, options.scene, console)) return kFailure;
     console.out() << OneLine(options.scene) << ": " << OneLine(Utf8Text(object->GetName())) << " added, "
@@ -223,7 +223,8 @@ void addAdd(CLI::App& scene, CommandWork& chosen)
     command->add_option("--at", options->position, "Where it stands, in metres; Y is up")
         ->delimiter(',')
         ->type_name("X,Y,Z");
-    command->add_option("--turn", options->turn, "Round its trunk, in degrees")->type_name("DEG");
+    command->add_option("--turn", options->turn, "Round its trunk, in degrees; against the clock as seen from above")
+        ->type_name("DEG");
     command->add_option("--scale", options->scale, "How large it is")
         ->check(CLI::PositiveNumber.description(""))
         ->capture_default_str()
