@@ -6,7 +6,6 @@
 #pragma once
 
 #include "c4d.h"
-
 #include "vdt/cache/cache.h"
 
 #include <cstdint>
