@@ -1,6 +1,6 @@
 #include "app/test_plant.h"
 #include "export/picture.h"
-#include "view/gl_context.h"
+#include "support/test_gl.h"
 
 #include <algorithm>
 #include <map>
@@ -22,7 +22,7 @@ protected:
     void SetUp() override
     {
         std::string problem;
-        if (!host::CreateOffscreenContext(problem)) GTEST_SKIP() << problem;
+        if (!host::test::CurrentTestContext(problem)) GTEST_SKIP() << problem;
     }
 
     Picture view(const std::vector<std::string>& more)

@@ -1,5 +1,5 @@
+#include "support/test_gl.h"
 #include "view/draw_recorder.h"
-#include "view/gl_context.h"
 #include "view/projection.h"
 #include "view/view_renderer.h"
 
@@ -114,8 +114,8 @@ protected:
     void SetUp() override
     {
         std::string problem;
-        context = CreateOffscreenContext(problem);
-        if (!context || !context->makeCurrent(problem)) GTEST_SKIP() << problem;
+        context = CurrentTestContext(problem);
+        if (!context) GTEST_SKIP() << problem;
         renderer = std::make_unique<ViewRenderer>();
     }
     void TearDown() override { renderer.reset(); }
