@@ -209,6 +209,7 @@ void addNew(CLI::App& scene, CommandWork& chosen)
                              {{"m", DOCUMENT_UNIT_M}, {"cm", DOCUMENT_UNIT_CM}, {"mm", DOCUMENT_UNIT_MM}},
                              "The unit of lengths in the scene");
     command->add_flag("--overwrite", options->overwrite, "Take the place of a file that is there");
+    command->footer(ExampleText("verdanth scene new garden.scene", "makes an empty scene whose lengths are metres"));
     command->callback(
         [options, &chosen] { chosen = [options](Console& console) { return runNew(*options, console); }; });
 }
@@ -244,6 +245,7 @@ void addInfo(CLI::App& scene, CommandWork& chosen)
     command->add_option("scene", options->scene, "The scene file")->required()->type_name("SCENE");
     AddFormatOption(*command, options->format);
     AddLibraryOption(*command, options->library);
+    command->footer(ExampleText("verdanth scene info garden.scene", "lists its plants and where they stand"));
     command->callback(
         [options, &chosen] { chosen = [options](Console& console) { return runInfo(*options, console); }; });
 }
@@ -261,6 +263,7 @@ void addExport(CLI::App& scene, CommandWork& chosen)
         {{"merge", FoliageForm::Merged}, {"nodes", FoliageForm::Nodes}, {"gpu", FoliageForm::Instances}},
         "Equal plants in glTF: one mesh a material, a node a plant, or lists");
     AddLibraryOption(*command, options->library);
+    command->footer(ExampleText("verdanth scene export garden.scene -o garden.glb", "writes all plants, whole"));
     command->callback(
         [options, &chosen] { chosen = [options](Console& console) { return runExport(*options, console); }; });
 }
