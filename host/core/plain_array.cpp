@@ -10,7 +10,7 @@ namespace {
 #if defined(__SANITIZE_ADDRESS__)
 constexpr size_t kPagedFrom = LIMIT<size_t>::MAX; // so that the sanitizer sees who reads behind the end
 #else
-constexpr size_t kPagedFrom = size_t{1} << 20;
+constexpr size_t kPagedFrom = size_t{1} << 17;
 #endif
 constexpr size_t kPageSize = 4096;
 constexpr size_t kHugeFrom = size_t{8} << 20; // pages of 2 MB pay: page faults are most of the cost of large meshes
