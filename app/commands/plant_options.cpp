@@ -114,7 +114,8 @@ SceneRequest SceneRequestOf(const RequestedPlant& plant, const PlantOptions& opt
 bool BuildRequestedScene(const RequestedPlant& plant, const PlantOptions& options, const SceneRequest& request,
                          bool copies, Scene& scene, Console& console)
 {
-    if (copies || !IsBuiltByModule(request)) return BuildScene(request, scene, console);
+    const bool isHuge = CountFoliagePolygons(request) > kMostObjectPolygons;
+    if (copies || isHuge || !IsBuiltByModule(request)) return BuildScene(request, scene, console);
     return BuildSceneInHost(request, plant.open.file, options.library, scene, console);
 }
 

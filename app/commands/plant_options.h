@@ -45,7 +45,8 @@ bool LoadRequestedPlant(const PlantOptions& options, RequestedPlant& plant, Cons
 /// error told, if that fails.
 bool LoadVariantOf(RequestedPlant& plant, uint64_t index, const std::string& season, Console& console);
 
-/// Builds the scene: through the module where a plant object can make it as one mesh, else from the library itself.
+/// Builds the scene: through the module where a plant object can make it as one mesh of sensible size, else from the
+/// library itself.
 /// `copies` asks for foliage as copies of its meshes, which no object has. False, with the error told, on failure.
 bool BuildRequestedScene(const RequestedPlant& plant, const PlantOptions& options, const SceneRequest& request,
                          bool copies, Scene& scene, Console& console);

@@ -39,6 +39,8 @@ DOCUMENT_UNIT unitOf(const vdt::Model& model)
     }
 }
 
+constexpr double kSameUnit = 1;
+
 // Two opposite corners of a bounding box are all that the module makes of it.
 vdt::Box boxOf(PolygonObject& corners)
 {
@@ -80,43 +82,49 @@ uint64_t CountFoliagePolygons(const SceneRequest& request)
     return polygons;
 }
 
+bool PlantInHost::start(const SceneRequest& request, const std::string& file, const std::string& libraryFolder,
+                        Console& console)
+{
+    if (!session.start(libraryFolder, console)) return false;
+    // In the model's own unit nothing is rounded on the way there and back.
+    document = std::make_unique<OwnDocument>(unitOf(request.model));
+    settings = SettingsOf(request, file);
+    plant = *document ? AddPlant(*document->get(), settings, kSameUnit) : nullptr;
+    if (!plant) console.error("the module makes no plant object");
+    return plant != nullptr;
+}
+
+PolygonObject* PlantInHost::build(const PlantDetail& detail)
+{
+    settings.subdivisionLevel = detail.subdivisionLevel;
+    settings.reduction = detail.reduction;
+    if (!SetDetail(*plant, settings, kSameUnit) || !Evaluate(*document->get())) return nullptr;
+    return BuiltMesh(*plant);
+}
+
 bool BuildSceneInHost(const SceneRequest& request, const std::string& file, const std::string& libraryFolder,
                       Scene& scene, Console& console)
 {
     NameScene(request, scene);
-    HostSession session;
-    if (!session.start(libraryFolder, console)) return false;
-
+    PlantInHost plant;
+    if (!plant.start(request, file, libraryFolder, console)) return false;
     if (request.form != PlantForm::Full && request.details.front() != PlantDetail())
         console.warning("only the full plant is reduced and rounded; its lighter forms are made of all of it");
-    const double meters = MetersPerUnit(request.model.unit);
-    PlantSettings settings = SettingsOf(request, file);
-    // In the model's own unit, so that nothing is rounded on the way there and back.
-    constexpr double kSameUnit = 1;
-    const OwnDocument document(unitOf(request.model));
-    BaseObject* plant = document ? AddPlant(*document.get(), settings, kSameUnit) : nullptr;
-    if (!plant) {
-        console.error("the module makes no plant object");
-        return false;
-    }
 
     SceneMaterials materials(request.model, request.season, scene.materials, console);
+    const double meters = MetersPerUnit(request.model.unit);
     uint64_t dropped = 0;
     console.beginProgress("building the plant");
     for (const PlantDetail& detail : request.details) {
-        settings.subdivisionLevel = detail.subdivisionLevel;
-        settings.reduction = detail.reduction;
         SceneLevel& level = scene.levels.emplace_back();
         level.body.mesh.name = "plant";
         level.body.placements = {Placement()};
         SceneMeshBuilder builder(level.body.mesh, meters, [&](int32_t matid) { return materials.indexOf(matid); });
-        if (SetDetail(*plant, settings, kSameUnit) && Evaluate(*document.get()) && !console.isCancelled()) {
-            PolygonObject* built = BuiltMesh(*plant);
-            if (built && request.form == PlantForm::Box)
-                WriteBox(boxOf(*built), builder);
-            else if (built)
-                WriteMesh(*built, Matrix(), builder);
-        }
+        PolygonObject* built = console.isCancelled() ? nullptr : plant.build(detail);
+        if (built && request.form == PlantForm::Box)
+            WriteBox(boxOf(*built), builder);
+        else if (built)
+            WriteMesh(*built, Matrix(), builder);
         builder.finish();
         dropped += builder.droppedPolygons;
     }

@@ -2,7 +2,10 @@
 #pragma once
 
 #include "export/scene_builder.h"
+#include "host/host_session.h"
 #include "host/plant_object.h"
+
+#include <memory>
 
 namespace verdanth {
 
@@ -10,6 +13,25 @@ class Console;
 
 /// The settings that make a plant object build the request's first level of detail.
 PlantSettings SettingsOf(const SceneRequest& request, const std::string& file);
+
+/// Beyond so many polygons of foliage a plant is not made one mesh: the host would take gigabytes for it.
+constexpr uint64_t kMostObjectPolygons = 20'000'000;
+
+/// The plant of a request as an object in a document of its own, in the model's unit.
+class PlantInHost {
+public:
+    /// False, with the error told, if the module cannot be used. `request` is needed for this call alone.
+    bool start(const SceneRequest& request, const std::string& file, const std::string& libraryFolder,
+               Console& console);
+    /// What the object becomes with this detail, valid until the next call. Null for nothing.
+    PolygonObject* build(const PlantDetail& detail);
+
+private:
+    HostSession session;
+    std::unique_ptr<OwnDocument> document;
+    PlantSettings settings;
+    BaseObject* plant = nullptr;
+};
 
 /// True if a plant object makes this form, as one mesh: the full plant, its proxy and its box.
 bool IsBuiltByModule(const SceneRequest& request);
