@@ -222,6 +222,8 @@ TEST_F(EvaluationTest, TheWorkerIsJoinedBeforeTheMainThreadTouchesNodes)
     }
     EXPECT_FALSE(overlapped);
     EXPECT_EQ(object->GetCache(), nullptr) << "all were broken off";
+    Generator::Of(object).onMessage = nullptr; // the object outlives what it refers to
+    Generator::Of(object).build = nullptr;
 }
 
 TEST_F(EvaluationTest, ARenderEvaluatesAClone)
