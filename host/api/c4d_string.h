@@ -49,8 +49,8 @@ public:
 
     /// Bytes, without the terminating zero.
     Int GetCStringLen(STRINGENCODING type = STRINGENCODING_XBIT) const;
-    /// Writes at most `max` bytes, the terminator among them, and whole characters only; gives the bytes written without
-    /// the terminator.
+    /// Writes at most `max` bytes, the terminator among them, and whole characters only; gives the bytes written
+    /// without the terminator.
     Int GetCString(Char* buffer, Int max, STRINGENCODING type = STRINGENCODING_XBIT) const;
     /// The caller's, freed with DeleteMem; null on failure.
     Char* GetCStringCopy(STRINGENCODING type = STRINGENCODING_XBIT) const;
