@@ -3,7 +3,6 @@
 #include "console/console.h"
 #include "customgui_unitscale.h"
 #include "ddoc.h"
-#include "export/scene_builder.h"
 #include "export/scene_materials.h"
 #include "export/scene_mesh_builder.h"
 #include "host/host_session.h"
@@ -18,7 +17,7 @@
 #include <map>
 #include <memory>
 #include <optional>
-#include <tuple>
+#include <utility>
 
 namespace verdanth {
 namespace {
