@@ -23,11 +23,18 @@ int32_t rendererOf(const std::string& name)
 
 } // namespace
 
-void AddQualityOption(CLI::App& command, int32_t& quality)
+void AddQualityOption(CLI::App& command, MaterialQuality& quality)
 {
-    AddChoice<int32_t>(command, "--quality", quality,
-                       {{"high", vdt::kQualityHigh}, {"medium", vdt::kQualityMedium}, {"low", vdt::kQualityLow}},
-                       "Which of a material's pictures are used: all, those of the main things, or none");
+    AddChoice<MaterialQuality>(
+        command, "--quality", quality,
+        {{"high", MaterialQuality::High}, {"medium", MaterialQuality::Medium}, {"low", MaterialQuality::Low}},
+        "Which of a material's pictures are used: all, those of the main things, or none");
+}
+
+void AddBacksOption(CLI::App& command, BackForm& backs)
+{
+    AddChoice<BackForm>(command, "--backs", backs, {{"shared", BackForm::Shared}, {"own", BackForm::Own}},
+                        "Backs that look other than their fronts, in glTF: like these, or as surfaces of their own");
 }
 
 CLI::Option* AddRendererOption(CLI::App& command, std::optional<int32_t>& renderer, const std::string& description)

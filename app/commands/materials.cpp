@@ -4,7 +4,6 @@
 #include "exit_status.h"
 #include "host/host_session.h"
 #include "host/material_facts.h"
-#include "host/plant_object.h"
 #include "lookup/open_plant.h"
 
 #include <filesystem>
@@ -20,23 +19,9 @@ struct MaterialsRequest {
     std::string plant;
     std::string library;
     std::vector<int32_t> renderers;
-    int32_t quality = vdt::kQualityHigh;
+    MaterialQuality quality = MaterialQuality::High;
     std::string format = "table";
 };
-
-// What one renderer is told, in a document of its own. Null, with the error told, on failure.
-nlohmann::ordered_json describeFor(const MaterialChoice& choice, const OpenPlant& plant, const std::string& file,
-                                   Console& console)
-{
-    const OwnDocument document;
-    BaseObject* object = document ? AddPlant(*document.get(), {.file = file}, 1) : nullptr;
-    if (!object) {
-        console.error("the module makes no plant object");
-        return nullptr;
-    }
-    if (!AddRendererMaterials(*document.get(), *object, file, plant.model(), choice, console)) return nullptr;
-    return DescribeMaterials(*document.get(), *object);
-}
 
 int runMaterials(const MaterialsRequest& request, Console& console)
 {
@@ -46,19 +31,20 @@ int runMaterials(const MaterialsRequest& request, Console& console)
         return kFailure;
 
     constexpr const char* kQualities[] = {"low", "medium", "high"};
+    const std::string quality = kQualities[static_cast<size_t>(request.quality)];
     const std::string file = fs::absolute(plant.file).lexically_normal().generic_string();
-    nlohmann::ordered_json facts = {{"file", plant.file}, {"quality", kQualities[request.quality]}};
+    nlohmann::ordered_json facts = {{"file", plant.file}, {"quality", quality}};
     std::set<std::string> missing;
     for (const int32_t renderer : request.renderers) {
         if (console.isCancelled()) return kFailure;
         nlohmann::ordered_json told =
-            describeFor({.renderer = renderer, .quality = request.quality}, plant, file, console);
+            TellRenderer(file, plant.model(), {.renderer = renderer, .quality = request.quality}, console);
         if (told.is_null()) return kFailure;
         std::error_code ignored;
-        for (const std::string& texture : TextureFilesOf(told))
+        for (const std::string& texture : TextureFilesOf(told["materials"]))
             if (!fs::exists(texture, ignored) && missing.insert(texture).second)
                 console.warning("texture " + texture + " does not exist");
-        facts["renderers"].push_back({{"renderer", kRendererNames[renderer]}, {"materials", std::move(told)}});
+        facts["renderers"].push_back(std::move(told));
     }
     if (request.format == "json") {
         console.out() << JsonText(facts, kForPeople) << '\n';
@@ -66,7 +52,7 @@ int runMaterials(const MaterialsRequest& request, Console& console)
     }
     for (const auto& renderer : facts["renderers"]) {
         if (&renderer != &facts["renderers"].front()) console.out() << '\n';
-        console.out() << renderer["renderer"].get<std::string>() << ", " << kQualities[request.quality] << " quality, "
+        console.out() << renderer["renderer"].get<std::string>() << ", " << quality << " quality, "
                       << renderer["materials"].size() << " materials\n";
         PrintMaterials(renderer["materials"], fs::path(file).parent_path().generic_string(), console.out());
     }

@@ -17,6 +17,19 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
+// Where the module keeps networks of shaders in a material, and properties that go by name in any node.
+constexpr Int32 kNetwork = 1029989;
+constexpr Int32 kNetworkSurface = 1;
+constexpr Int32 kNetworkDisplacement = 2;
+constexpr Int32 kNetworkFirstNode = 100;
+constexpr Int32 kNodeType = 1;
+constexpr Int32 kNodeName = 2;
+constexpr Int32 kNodeFirstInput = 100;
+constexpr Int32 kInputNode = 3; // in the value's place: which node feeds the input
+constexpr Int32 kProperties = kPlantObject;
+constexpr Int32 kOwnName = 1; // of an input or a property
+constexpr Int32 kOwnValue = 2;
+
 constexpr int kDeepest = 8; // of what links what; only a damaged scene has more
 
 // As it was told, where it was told as a float.
@@ -38,8 +51,12 @@ public:
         facts["name"] = Utf8Text(material.GetName());
         facts["type"] = material.GetType();
         std::vector<BaseMaterial*> linked;
-        facts["parameters"] = parametersOf(*material.GetDataInstance(), material.GetType() == Mmaterial, &linked);
-        if (linked.empty() || ++depth > kDeepest) return;
+        const BaseContainer& data = *material.GetDataInstance();
+        facts["parameters"] = parametersOf(data, material.GetType() == Mmaterial, &linked);
+        if (const BaseContainer* network = data.GetContainerInstance(kNetwork)) facts["network"] = networkOf(*network);
+        addProperties(data, facts);
+        if (linked.empty() || depth >= kDeepest) return;
+        ++depth;
         Json& parts = facts["parts"] = Json::array();
         for (BaseMaterial* part : linked) describe(*part, parts.emplace_back());
         --depth;
@@ -53,7 +70,7 @@ private:
         const BaseContainer* levels = container.GetContainerInstance(host::kSecondLevels);
         for (Int32 i = 0; const GeData* value = container.GetIndexData(i); ++i) {
             const Int32 id = container.GetIndexId(i);
-            if (levels && id == host::kSecondLevels) continue;
+            if ((levels && id == host::kSecondLevels) || id == kNetwork || id == kProperties) continue;
             addParameter(parameters, id, *value, hasNames, linked);
             const BaseContainer* level = levels ? levels->GetContainerInstance(id) : nullptr;
             if (level) addSecondLevel(parameters, id, *level);
@@ -71,6 +88,43 @@ private:
             Json& parameter = parameters.emplace_back(Json{{"id", id}, {"second", level.GetIndexId(i)}});
             setValue(parameter, *value, nullptr);
         }
+    }
+
+    Json networkOf(const BaseContainer& container)
+    {
+        Json network = Json::object();
+        if (container.FindIndex(kNetworkSurface) != NOTOK) network["surface"] = container.GetInt32(kNetworkSurface);
+        if (container.FindIndex(kNetworkDisplacement) != NOTOK)
+            network["displacement"] = container.GetInt32(kNetworkDisplacement);
+        Json& nodes = network["nodes"] = Json::array();
+        for (Int32 id = kNetworkFirstNode; const BaseContainer* data = container.GetContainerInstance(id); ++id) {
+            Json& node = nodes.emplace_back(
+                Json{{"name", Utf8Text(data->GetString(kNodeName))}, {"type", data->GetInt32(kNodeType)}});
+            Json& inputs = node["inputs"] = Json::array();
+            for (Int32 input = kNodeFirstInput; data->GetContainerInstance(input); ++input)
+                addNamed(inputs, *data->GetContainerInstance(input));
+        }
+        return network;
+    }
+
+    void addProperties(const BaseContainer& data, Json& facts)
+    {
+        const BaseContainer* properties = data.GetContainerInstance(kProperties);
+        for (Int32 i = 0; properties && properties->GetIndexData(i); ++i)
+            if (const BaseContainer* property = properties->GetIndexData(i)->GetContainer())
+                addNamed(facts["properties"], *property);
+    }
+
+    // An input or a property. A file is a picture there.
+    void addNamed(Json& list, const BaseContainer& data)
+    {
+        Json named = {{"name", Utf8Text(data.GetString(kOwnName))}};
+        if (data.FindIndex(kInputNode) != NOTOK)
+            named.update({{"kind", "node"}, {"value", data.GetInt32(kInputNode)}});
+        else
+            setValue(named, data.GetData(kOwnValue), nullptr);
+        if (named["kind"] == "file") named.update({{"kind", "texture"}, {"value", {{"file", named["value"]}}}});
+        list.push_back(std::move(named));
     }
 
     void addParameter(Json& parameters, Int32 id, const GeData& value, bool hasNames,
@@ -97,7 +151,8 @@ private:
         case DA_STRING: return set("text", Utf8Text(value.GetString()));
         case DA_FILENAME: return set("file", host::NativePath(value.GetFilename()));
         case DA_CONTAINER:
-            if (++depth <= kDeepest) set("container", parametersOf(*value.GetContainer(), false, nullptr));
+            set("container", Json::array());
+            if (++depth <= kDeepest) parameter["value"] = parametersOf(*value.GetContainer(), false, nullptr);
             --depth;
             return;
         case DA_VECTOR: {
@@ -138,6 +193,7 @@ private:
                 else
                     facts["parameters"].push_back(std::move(parameter));
             }
+            addProperties(*shader.GetDataInstance(), facts);
         }
         --depth;
         return facts;
@@ -163,7 +219,7 @@ GeData parameterOf(BaseTag& tag, Int32 id)
 
 void collectFiles(const Json& facts, std::vector<std::string>& files)
 {
-    if (facts.is_object() && facts.contains("file") && facts.contains("type")) {
+    if (facts.is_object() && facts.contains("file")) {
         const auto file = facts["file"].get<std::string>();
         if (std::ranges::find(files, file) == files.end()) files.push_back(file);
     }

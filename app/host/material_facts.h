@@ -2,6 +2,7 @@
 //
 // A material is {"name", "type", "parameters"}; a parameter {"id", "kind", "value"}, with "second" where it stands at a
 // second level of the id, and "name" where the host's own headers have one. A shader is a value of the kind "texture".
+// What goes by name stands in "properties", and a network of shaders in "network", as nodes with inputs.
 #pragma once
 
 #include "c4d.h"

@@ -18,11 +18,12 @@ std::string shortened(const std::string& file, const std::string& folder)
 
 std::string shaderText(const Json& shader, const std::string& folder)
 {
-    const std::string type = std::string("shader ").append(shader["type"].dump());
+    const bool isPlain = !shader.contains("type") || shader["type"] == kBitmapShader;
+    const std::string type = isPlain ? "" : std::string("shader ").append(shader["type"].dump());
     if (!shader.contains("file")) return type;
     std::string text = shortened(shader["file"].get<std::string>(), folder);
     if (shader.contains("layers")) text.append(" (").append(shader["layers"].get<std::string>()).append(")");
-    return shader["type"] == kBitmapShader ? text : text + ", " + type;
+    return isPlain ? text : text.append(", ").append(type);
 }
 
 std::string valueText(const Json& parameter, const std::string& folder)
@@ -31,6 +32,7 @@ std::string valueText(const Json& parameter, const std::string& folder)
     if (parameter["kind"] == "texture") return shaderText(value, folder);
     if (parameter["kind"] == "file") return shortened(value.get<std::string>(), folder);
     if (parameter["kind"] == "container") return {};
+    if (parameter["kind"] == "node") return "node " + value.dump();
     if (value.is_null()) return "none";
     if (value.is_string()) return value.get<std::string>();
     if (!value.is_array()) return value.dump();
@@ -39,28 +41,72 @@ std::string valueText(const Json& parameter, const std::string& folder)
     return text;
 }
 
-void addRows(const Json& parameters, const std::string& folder, size_t depth, TextTable& table)
-{
-    for (const Json& parameter : parameters) {
-        std::string id(2 * depth, ' ');
-        id += parameter["id"].dump();
-        if (parameter.contains("second")) id.append(".").append(parameter["second"].dump());
-        const std::string name = parameter.contains("name") ? parameter["name"].get<std::string>() : "";
-        table.addRow({id, name, parameter["kind"].get<std::string>(), valueText(parameter, folder)});
-        const Json& value = parameter["value"];
-        if (parameter["kind"] == "container") addRows(value, folder, depth + 1, table);
-        if (parameter["kind"] == "texture" && value.contains("parameters"))
-            addRows(value["parameters"], folder, depth + 1, table);
+class MaterialTable {
+public:
+    explicit MaterialTable(const std::string& shortFolder) : folder(&shortFolder) {}
+
+    void add(const Json& material)
+    {
+        addParameters(material["parameters"], 0);
+        addProperties(material, 0);
+        if (material.contains("network")) addNetwork(material["network"]);
     }
-}
+
+    void print(std::ostream& out) const { table.print(out); }
+
+private:
+    void addParameters(const Json& parameters, size_t depth)
+    {
+        for (const Json& parameter : parameters) {
+            std::string id = parameter["id"].dump();
+            if (parameter.contains("second")) id.append(".").append(parameter["second"].dump());
+            const std::string name = parameter.contains("name") ? parameter["name"].get<std::string>() : "";
+            addRow(id, name, parameter, depth);
+        }
+    }
+
+    void addProperties(const Json& owner, size_t depth)
+    {
+        if (!owner.contains("properties")) return;
+        for (const Json& property : owner["properties"])
+            addRow(property["name"].get<std::string>(), "", property, depth);
+    }
+
+    void addNetwork(const Json& network)
+    {
+        for (const char* root : {"surface", "displacement"})
+            if (network.contains(root)) table.addRow({root, "", "node", "node " + network[root].dump()});
+        size_t number = 0;
+        for (const Json& node : network["nodes"]) {
+            const std::string type = node["type"] == 0 ? "" : "shader " + node["type"].dump();
+            table.addRow({"node " + std::to_string(number++), node["name"].get<std::string>(), "", type});
+            for (const Json& input : node["inputs"]) addRow(input["name"].get<std::string>(), "", input, 1);
+        }
+    }
+
+    // And what is linked, below.
+    void addRow(const std::string& id, const std::string& name, const Json& told, size_t depth)
+    {
+        const Json& value = told["value"];
+        table.addRow(
+            {std::string(2 * depth, ' ') + id, name, told["kind"].get<std::string>(), valueText(told, *folder)});
+        if (told["kind"] == "container") addParameters(value, depth + 1);
+        if (told["kind"] != "texture") return;
+        if (value.contains("parameters")) addParameters(value["parameters"], depth + 1);
+        addProperties(value, depth + 1);
+    }
+
+    const std::string* folder;
+    TextTable table{{"id", "name", "kind", "value"}};
+};
 
 void printMaterial(const Json& material, const std::string& title, const std::string& folder, std::ostream& out)
 {
     out << '\n' << title << " \"" << OneLine(material["name"].get<std::string>()) << "\", plug-in " << material["type"];
     if (material.contains("side") && material["side"] != "both") out << ", " << material["side"].get<std::string>();
     out << '\n';
-    TextTable table({"id", "name", "kind", "value"});
-    addRows(material["parameters"], folder, 0, table);
+    MaterialTable table(folder);
+    table.add(material);
     table.print(out);
     if (!material.contains("parts")) return;
     for (const Json& part : material["parts"]) printMaterial(part, "  part", folder, out);

@@ -1,10 +1,15 @@
 #include "host/renderer_materials.h"
 
 #include "console/console.h"
+#include "console/json_text.h"
 #include "core/stand_in_renderers.h"
 #include "host/host_session.h"
+#include "host/material_facts.h"
+#include "host/plant_object.h"
 #include "oplant.h"
 #include "placing/placing_library.h"
+
+#include <algorithm>
 
 namespace verdanth {
 namespace {
@@ -56,10 +61,9 @@ bool applyModel(BaseDocument& document, BaseObject& plant, const std::string& fi
 
     const KeptLook look(plant);
     document.SetActiveObject(&plant);
-    document.StartUndo();
-    const bool applied = library->ApplyModelToSelection(&document, Filename(HostText(file)), choice.renderer,
-                                                        choice.quality, layerOf(document, choice.layer));
-    document.EndUndo();
+    const bool applied =
+        library->ApplyModelToSelection(&document, Filename(HostText(file)), choice.renderer,
+                                       static_cast<Int32>(choice.quality), layerOf(document, choice.layer));
     document.SetActiveObject(nullptr);
     return applied;
 }
@@ -76,6 +80,36 @@ bool AddRendererMaterials(BaseDocument& document, BaseObject& plant, const std::
         return true;
     console.error("the module makes no materials for the renderer " + name);
     return false;
+}
+
+nlohmann::ordered_json TellRenderer(const std::string& file, const vdt::Model& model, const MaterialChoice& choice,
+                                    Console& console)
+{
+    const OwnDocument document;
+    BaseObject* plant = document ? AddPlant(*document.get(), {.file = file}, 1) : nullptr;
+    if (!plant) {
+        console.error("the module makes no plant object");
+        return nullptr;
+    }
+    if (!AddRendererMaterials(*document.get(), *plant, file, model, choice, console)) return nullptr;
+    return {{"renderer", kRendererNames[std::max(choice.renderer, kStandardRenderer)]},
+            {"materials", DescribeMaterials(*document.get(), *plant)}};
+}
+
+bool AddRendererExtras(const std::string& file, const std::string& libraryFolder, const vdt::Model& model,
+                       const MaterialChoice& choice, Scene& scene, Console& console)
+{
+    HostSession session;
+    if (!session.start(libraryFolder, console)) return false;
+    const nlohmann::ordered_json told = TellRenderer(file, model, choice, console);
+    if (told.is_null()) return false;
+    for (SceneMaterial& material : scene.materials) {
+        nlohmann::ordered_json own = {{"name", told["renderer"]}, {"materials", nlohmann::ordered_json::array()}};
+        for (const auto& each : told["materials"])
+            if (each["matid"] == material.matid) own["materials"].push_back(each);
+        if (!own["materials"].empty()) material.extras = JsonText(own, kOneLine);
+    }
+    return true;
 }
 
 } // namespace verdanth
