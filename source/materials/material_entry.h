@@ -13,7 +13,7 @@ struct MaterialEntry {
 
     // Materials that `material` links, as a two-sided one links its sides. They go into a document before it, since a
     // link to a material that stands in no document is lost.
-    std::vector<HostPtr<BaseMaterial>> parts;
+    std::vector<HostPtr<BaseMaterial>> parts{};
 };
 
 using MaterialEntries = std::vector<MaterialEntry>;
