@@ -21,32 +21,30 @@ namespace {
 TEST(RendererOfAScene, IsTheEngineThatIsThereElseTheEffectThatIsHeldElseTheHosts)
 {
     struct Row {
-        std::vector<std::string_view> present; // renderers
+        std::string_view present; // a renderer
         Int32 engine;
         Bool holdsEffect; // switched off
         Int32 found;
     };
     const Row rows[] = {
-        {{}, RDATA_RENDERENGINE_STANDARD, false, 1},
-        {{}, RDATA_RENDERENGINE_PHYSICAL, false, 1},
-        {{"vray"}, kVrayEngineId, false, 2},
-        {{"mia"}, kMiaEngineId, false, 3},
-        {{"mia"}, kMiaSecondEngineId, false, 3},
-        {{"corona"}, kCoronaEngineId, false, 4},
-        {{"thea"}, kTheaEngineId, false, 5},
-        {{"arnold"}, kArnoldEngineId, false, 6},
-        {{"octane"}, kOctaneEngineId, false, 7},
-        {{"thea", "iray"}, kVrayEngineId, false, 1}, // the engine is not there
-        {{"thea"}, kTheaMaterialId, false, 1},       // a material is no engine
-        {{"maxwell"}, RDATA_RENDERENGINE_STANDARD, false, 1},
-        {{"maxwell"}, RDATA_RENDERENGINE_STANDARD, true, 8},
-        {{"maxwell"}, kCoronaEngineId, true, 8},
-        {{"maxwell", "corona"}, kCoronaEngineId, true, 4},
-        {{}, RDATA_RENDERENGINE_STANDARD, true, 1}, // the effect alone, without its materials
+        {"", RDATA_RENDERENGINE_PHYSICAL, false, 1},
+        {"vray", kVrayEngineId, false, 2},
+        {"mia", kMiaEngineId, false, 3},
+        {"mia", kMiaSecondEngineId, false, 3},
+        {"corona", kCoronaEngineId, true, 4},
+        {"thea", kTheaEngineId, false, 5},
+        {"arnold", kArnoldEngineId, false, 6},
+        {"octane", kOctaneEngineId, false, 7},
+        {"maxwell", RDATA_RENDERENGINE_STANDARD, true, 8},
+        {"maxwell", kCoronaEngineId, true, 8}, // the engine is not there
+        {"maxwell", kCoronaEngineId, false, 1},
+        {"thea", kTheaMaterialId, false, 1},            // no engine
+        {"iray", RDATA_RENDERENGINE_STANDARD, true, 1}, // the effect alone, without its materials
     };
     for (const Row& row : rows) {
         TestHost host;
-        for (const std::string_view name : row.present) EnterStandInRenderer(name);
+        EXPECT_FALSE(row.found > 1 && IsMaterialKindAvailable(row.found));
+        EnterStandInRenderer(row.present);
         EnterVideoPostPlugin(kMaxwellEffectId, String("effect"));
         const AutoAlloc<BaseDocument> document;
         RenderData* settings = RenderData::Alloc();
@@ -54,29 +52,16 @@ TEST(RendererOfAScene, IsTheEngineThatIsThereElseTheEffectThatIsHeldElseTheHosts
         document->SetActiveRenderData(settings); // not the first
         settings->GetDataInstance()->SetInt32(RDATA_RENDERENGINE, row.engine);
         if (row.holdsEffect) {
-            BaseVideoPost* effect = BaseVideoPost::Alloc(kMaxwellEffectId);
-            effect->SetBit(BIT_VPDISABLED);
-            settings->InsertVideoPost(effect);
+            settings->InsertVideoPost(BaseVideoPost::Alloc(kMaxwellEffectId));
+            settings->GetFirstVideoPost()->SetBit(BIT_VPDISABLED);
         }
-        EXPECT_EQ(detectRenderer(document), row.found) << row.engine << ' ' << row.present.size();
+        EXPECT_EQ(detectRenderer(document), row.found) << row.engine << ' ' << row.present;
+        EXPECT_TRUE(IsMaterialKindAvailable(row.found)) << row.present;
+        EXPECT_EQ(IsMaterialKindAvailable(9), row.present == "iray");
+        for (const Int32 kind : {-1, 0, 10}) EXPECT_FALSE(IsMaterialKindAvailable(kind)) << kind;
     }
     EXPECT_EQ(detectRenderer(nullptr), 1);
 }
-
-TEST(MaterialKinds, AreThereIfTheRenderersMaterialIs)
-{
-    TestHost host;
-    const char* const names[] = {"vray", "mia", "corona", "thea", "arnold", "octane", "maxwell", "iray"};
-    for (Int32 kind = 2; kind <= 9; ++kind) {
-        EXPECT_FALSE(IsMaterialKindAvailable(kind));
-        EnterStandInRenderer(names[kind - 2]);
-        EXPECT_TRUE(IsMaterialKindAvailable(kind)) << kind;
-    }
-    EXPECT_TRUE(IsMaterialKindAvailable(1));
-    for (const Int32 kind : {-1, 0, 10}) EXPECT_FALSE(IsMaterialKindAvailable(kind)) << kind;
-}
-
-using MaterialApplication = PlantScene;
 
 BaseShader* bitmap(const char* file, Float blur = 0)
 {
@@ -184,9 +169,8 @@ TEST(MaterialTwins, AreFoundInCirclesAndNotLookedForInBottomlessDepth)
         link(*material, 9001, shader);
         shader->GetDataInstance()->SetLink(9002, material.get());
         for (; depth > 0; --depth) {
-            BaseShader* inner = BaseShader::Alloc(Xcolor);
-            inner->InsertUnder(shader);
-            shader = inner;
+            BaseShader::Alloc(Xcolor)->InsertUnder(shader);
+            shader = shader->GetDown();
         }
         return material;
     };
@@ -194,62 +178,6 @@ TEST(MaterialTwins, AreFoundInCirclesAndNotLookedForInBottomlessDepth)
         BaseMaterial* old = circle(depth).release();
         scene.document->InsertMaterial(old);
         EXPECT_EQ(findTwin(*scene.document, {.material = circle(depth)}), depth < 100 ? old : nullptr) << depth;
-    }
-}
-
-TEST(MaterialApplication, PutsPartsBeforePairsTagsInOrderAndLeavesWhatIsThereAlone)
-{
-    PlantScene scene;
-    BaseMaterial& old = scene.addMaterial(Vector());
-    BaseObject& bare = scene.place("");
-    BaseObject& covered = scene.place("");
-    scene.addTexture(covered, old, "MAT5");
-    covered.MakeTag(Tphong);
-    LayerObject* layer = LayerObject::Alloc();
-    scene.document->GetLayerObjectRoot()->InsertFirst(layer);
-    const auto made = [](const char* name) {
-        HostPtr<BaseMaterial> material(BaseMaterial::Alloc(Mmaterial));
-        material->SetName(String(name));
-        return material;
-    };
-    old.SetName(String("old"));
-    const auto names = [&scene] {
-        std::string text;
-        for (BaseMaterial* m = scene.document->GetFirstMaterial(); m; m = m->GetNext())
-            text += ToUtf8(m->GetName()) + (m->GetLayerObject(scene.document) ? "+ " : " ");
-        return text;
-    };
-    const auto tags = [&scene](BaseObject& object) {
-        std::string text;
-        for (BaseTag* tag = object.GetFirstTag(); tag; tag = tag->GetNext()) {
-            if (tag->GetType() != Ttexture) continue;
-            text += ToUtf8(static_cast<TextureTag*>(tag)->GetMaterial()->GetName()) + "/" +
-                    TextOfParameter(*tag, TEXTURETAG_RESTRICTION) + "/" +
-                    std::to_string(IntegerOf(*tag, TEXTURETAG_SIDE)) + "/" +
-                    std::to_string(IntegerOf(*tag, TEXTURETAG_PROJECTION)) + " ";
-        }
-        return text;
-    };
-
-    BaseObject* const objects[] = {&bare, &covered};
-    for (const Bool overwrite : {false, true}) {
-        MaterialEntries entries(3);
-        entries[0] = {.material = made("a"), .matid = 4, .side = TEXTURETAG_SIDE_BACK};
-        entries[1] = {.material = made("pair"), .matid = -1};
-        entries[1].parts.push_back(made("front"));
-        entries[1].parts.push_back(made("back"));
-        entries[2] = {.material = made("unused"), .matid = 6};
-        BaseMaterial* const existing[] = {nullptr, nullptr, &old};
-        const std::vector<BaseMaterial*> inserted =
-            applyMaterials(*scene.document, entries,
-                           {.objects = objects, .existing = existing, .overwrite = overwrite, .layer = layer});
-        EXPECT_EQ(inserted.size(), 4u);
-        EXPECT_EQ(names(),
-                  overwrite ? "a+ front+ back+ pair+ a+ front+ back+ pair+ old " : "a+ front+ back+ pair+ old ");
-        EXPECT_TRUE(entries[2].material && !entries[1].material);
-        EXPECT_EQ(tags(bare), "a/MAT4/2/6 pair/MAT-1/0/6 old/MAT6/0/6 ");
-        EXPECT_EQ(tags(covered), overwrite ? tags(bare) : "old/MAT5/0/0 ");
-        EXPECT_TRUE(covered.GetTag(Tphong));
     }
 }
 
@@ -266,11 +194,8 @@ TEST(MaterialNames, OfAPlantMayHaveItsOwnNameBefore)
         const char* restriction;
         Int32 ofPlant, ofOther;
     };
-    const Row rows[] = {{"MAT12", 12, 12}, {"Object::MAT7", 7, -1},   {"Object::Object::MAT7", -1, -1},
-                        {"MAT-7", -7, -7}, {"Other::MAT7", -1, -1},   {"ObjectMAT7", -1, -1},
-                        {"MAT", -1, -1},   {"MAT 7", -1, -1},         {"MAT7x", -1, -1},
-                        {"mat7", -1, -1},  {"MAT2147483648", -1, -1}, {"Leaf", -1, -1},
-                        {"", -1, -1},      {"Object::", -1, -1}};
+    const Row rows[] = {{"MAT12", 12, 12},       {"Object::MAT-7", -7, -1}, {"Object::Object::MAT7", -1, -1},
+                        {"Other::MAT7", -1, -1}, {"Object::MAT7x", -1, -1}, {"Object::", -1, -1}};
     for (const Row& row : rows) {
         Set(tag, TEXTURETAG_RESTRICTION, GeData(String(row.restriction)));
         EXPECT_EQ(matidFromMaterialName(plant, tag), row.ofPlant) << row.restriction;

@@ -57,11 +57,13 @@ struct PlacingScene : PlantScene {
     std::string tags(BaseObject& plant)
     {
         std::string text;
-        for (BaseTag* tag = plant.GetFirstTag(); tag; tag = tag->GetNext())
-            if (tag->GetType() == Ttexture)
-                text += label(static_cast<TextureTag*>(tag)->GetMaterial()) + "/" +
-                        TextOfParameter(*tag, TEXTURETAG_RESTRICTION) + "/" +
-                        std::to_string(IntegerOf(*tag, TEXTURETAG_SIDE)) + " ";
+        for (int i = 0; BaseTag* tag = plant.GetTag(Ttexture, i); ++i) {
+            text += label(static_cast<TextureTag*>(tag)->GetMaterial()) + "/" +
+                    TextOfParameter(*tag, TEXTURETAG_RESTRICTION);
+            for (const Int32 id : {TEXTURETAG_SIDE, TEXTURETAG_PROJECTION})
+                text += "/" + std::to_string(IntegerOf(*tag, id));
+            text += " ";
+        }
         return text;
     }
     // All that an application may touch.
@@ -104,7 +106,8 @@ TEST(AppliedModel, ReplacesTagsAndTakesKnownMaterialsAsTheUserAnswers)
         const char* materials;
         std::vector<const char*> tags; // one a plant
     };
-    const char *fresh = "bark/MAT1/0 leaf/MAT7/0 ", *reused = "bark/MAT1/0 leaf*/MAT7/0 ", *kept = "old*/MAT1/0 ";
+    const char *fresh = "bark/MAT1/0/6 leaf/MAT7/0/6 ", *reused = "bark/MAT1/0/6 leaf*/MAT7/0/6 ",
+               *kept = "old*/MAT1/0/0 ";
     const Row rows[] = {
         {"U", false, "", "bark leaf old* ", {fresh}},
         {"U", true, "Y", "bark old* leaf* ", {reused}},
@@ -171,7 +174,7 @@ TEST(AppliedModel, NamesThePlantsAndKeepsTheVariantThatTheNewModelHasToo)
     scene.path = scene.writeOak();
     EXPECT_TRUE(scene.apply());
     EXPECT_EQ(ToUtf8(plant.GetName()), "Oak");
-    EXPECT_EQ(scene.tags(plant), "bark/MAT1/0 leaf/MAT2/0 ");
+    EXPECT_EQ(scene.tags(plant), "bark/MAT1/0/6 leaf/MAT2/0/6 ");
 
     BaseObject* null = BaseObject::Alloc(Onull);
     scene.document->InsertObject(null, nullptr, nullptr);
@@ -184,16 +187,14 @@ TEST(AppliedModel, NamesThePlantsAndKeepsTheVariantThatTheNewModelHasToo)
 
 TEST(AppliedModel, GivesBothSidesOfALeafTheirOwnTagOrOneOfAPairOnTheLayer)
 {
-    struct Row {
+    const struct {
         Int32 kind;
-        const char* materials;
-        const char* tags;
+        const char *materials, *tags;
+    } rows[] = {
+        {1, "bark+ leaf_fr+ leaf_ba+ ", "bark/MAT1/0/6 leaf_fr/MAT7/1/6 leaf_ba/MAT7/2/6 "},
+        {0, "bark_fr+ leaf_fr+ leaf_ba+ leaf+ ", "bark_fr/MAT1/0/6 leaf/MAT7/0/6 "}, // what the scene renders with
     };
-    const Row rows[] = {
-        {1, "bark+ leaf_fr+ leaf_ba+ ", "bark/MAT1/0 leaf_fr/MAT7/1 leaf_ba/MAT7/2 "},
-        {0, "bark_fr+ leaf_fr+ leaf_ba+ leaf+ ", "bark_fr/MAT1/0 leaf/MAT7/0 "}, // what the scene renders with
-    };
-    for (const Row& row : rows) {
+    for (const auto& row : rows) {
         PlacingScene scene;
         EnterStandInRenderer("vray");
         ASSERT_TRUE(UseRenderer(*scene.document, *FindStandInRenderer("vray")));
