@@ -1,6 +1,7 @@
 #include "core/material.h"
 
 #include "core/node_class.h"
+#include "mreflection.h"
 
 using host::CoreOf;
 using host::FacadeOf;
@@ -9,6 +10,8 @@ using host::NodeKind;
 
 namespace host {
 namespace {
+
+constexpr Int32 kMostLayers = 256;
 
 bool isLink(const GeData& value)
 {
@@ -24,7 +27,9 @@ bool sameEntries(const BaseContainer& a, const BaseContainer& b)
         const GeData* first = a.GetIndexData(i);
         const GeData* second = b.GetIndexData(j);
         if (!first || !second) return !first && !second;
-        if (a.GetIndexId(i) != b.GetIndexId(j) || *first != *second) return false;
+        if (a.GetIndexId(i) != b.GetIndexId(j)) return false;
+        const BaseContainer *inner = first->GetContainer(), *other = second->GetContainer();
+        if (inner && other ? !sameEntries(*inner, *other) : *first != *second) return false;
     }
 }
 
@@ -41,6 +46,40 @@ bool sameRow(const NodeCore* a, const NodeCore* b)
 MaterialCore::MaterialCore(const NodeClass& usedClass) : NodeCore(usedClass)
 {
     MakeFacade<BaseMaterial>();
+}
+
+StandardMaterialCore::StandardMaterialCore(const NodeClass& usedClass) : MaterialCore(usedClass)
+{
+    MakeFacade<Material>();
+}
+
+const BaseContainer* StandardMaterialCore::Layers() const
+{
+    return container.GetContainerInstance(REFLECTION_LAYERS);
+}
+
+ReflectionLayer* StandardMaterialCore::AddLayer()
+{
+    BaseContainer layers = container.GetContainer(REFLECTION_LAYERS);
+    for (Int32 i = 0; i < kMostLayers; ++i) {
+        const Int32 dataId = REFLECTION_LAYER_LAYER_DATA + i * REFLECTION_LAYER_LAYER_SIZE;
+        if (layers.GetDataPointer(dataId)) continue;
+        layers.SetBool(dataId, true);
+        container.SetContainer(REFLECTION_LAYERS, layers);
+        return lend(dataId);
+    }
+    return nullptr;
+}
+
+ReflectionLayer* StandardMaterialCore::LayerAt(Int32 index)
+{
+    const BaseContainer* layers = Layers();
+    return layers && layers->GetIndexData(index) ? lend(layers->GetIndexId(index)) : nullptr;
+}
+
+ReflectionLayer* StandardMaterialCore::lend(Int32 dataId)
+{
+    return &lent.emplace(dataId, ReflectionLayer(dataId)).first->second;
 }
 
 ShaderCore::ShaderCore(const NodeClass& usedClass) : NodeCore(usedClass)
@@ -102,6 +141,24 @@ void BaseMaterial::Update(Int32, Bool)
 Bool BaseMaterial::Compare(BaseMaterial* dst)
 {
     return dst && host::SameLook(*core, *CoreOf(dst));
+}
+
+ReflectionLayer* Material::AddReflectionLayer()
+{
+    return static_cast<host::StandardMaterialCore*>(core)->AddLayer();
+}
+
+Int32 Material::GetReflectionLayerCount() const
+{
+    const BaseContainer* layers = static_cast<host::StandardMaterialCore*>(core)->Layers();
+    Int32 count = 0;
+    while (layers && layers->GetIndexData(count)) ++count;
+    return count;
+}
+
+ReflectionLayer* Material::GetReflectionLayerIndex(Int32 index)
+{
+    return static_cast<host::StandardMaterialCore*>(core)->LayerAt(index);
 }
 
 BaseShader* BaseShader::Alloc(Int32 type)

@@ -4,10 +4,26 @@
 #include "c4d_basedocument.h"
 #include "core/node.h"
 
+#include <map>
+
 namespace host {
 
 struct MaterialCore : NodeCore {
     explicit MaterialCore(const NodeClass& nodeClass);
+};
+
+/// With reflectance layers: which there are stands in the container, with all that belongs to them.
+struct StandardMaterialCore : MaterialCore {
+    explicit StandardMaterialCore(const NodeClass& nodeClass);
+
+    const BaseContainer* Layers() const; // by data ids; null: none yet
+    ReflectionLayer* AddLayer();
+    ReflectionLayer* LayerAt(Int32 index);
+
+private:
+    ReflectionLayer* lend(Int32 dataId);
+
+    std::map<Int32, ReflectionLayer> lent; // by data id, where they stay
 };
 
 struct ShaderCore : NodeCore {

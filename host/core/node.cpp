@@ -44,6 +44,12 @@ public:
         const auto found = nodes.find(marker);
         return found == nodes.end() ? nullptr : found->second;
     }
+    std::size_t count(NodeKind kind)
+    {
+        const std::lock_guard guard(lock);
+        const auto isOfKind = [kind](const auto& entry) { return entry.second->Kind() == kind; };
+        return static_cast<std::size_t>(std::ranges::count_if(nodes, isOfKind));
+    }
 
 private:
     std::mutex lock; // threads make and free nodes of their own documents
@@ -96,6 +102,11 @@ Int32 BaseTypeOf(NodeKind kind)
 NodeCore* FindNode(Marker marker)
 {
     return nodeIndex().find(marker);
+}
+
+std::size_t CountNodes(NodeKind kind)
+{
+    return nodeIndex().count(kind);
 }
 
 NodeCore::NodeCore(const NodeClass& usedClass) : nodeClass(&usedClass)

@@ -243,6 +243,8 @@ NodeCore* CloneNode(const NodeCore& from, COPYFLAGS flags, AliasTrans* translati
 
 /// The living node of that marker, null if there is none. Any thread.
 NodeCore* FindNode(Marker marker);
+/// How many nodes of the kind live, in documents or not. Any thread.
+std::size_t CountNodes(NodeKind kind);
 
 /// Sends to the node: the host's part first, then the plug-in's, whose answer it is.
 bool SendTo(NodeCore& node, Int32 type, void* data);

@@ -47,6 +47,7 @@ struct NodeClass {
     std::vector<Int32> bases{};                // what IsInstanceOf accepts beside the id: Obase, Opoint, ...
     void (*prepare)(NodeCore& node) = nullptr; // sets a fresh node's parameters, before the data's Init
     Int32 priority = 0;                        // of a scene hook's Execute
+    Int32 shownColor = 0;                      // of a material: the parameter with the colour that views show
     BaseBitmap* icon = nullptr;                // owned by the registry; null: none
 };
 
@@ -133,15 +134,10 @@ CustomDataTypeClass* FindCustomDataType(Int32 id);
 Int32 CustomDataDiskLevel(Int32 id);
 
 // The host's own classes, entered by the registry's constructor. Each group stands in the file of its cores.
-void EnterNodeClasses(Registrations& registry);     // objects without data of their own, layers, unit scales
+void EnterNodeClasses(Registrations& registry);     // objects without data of their own, layers, types of data
 void EnterMaterialClasses(Registrations& registry); // materials, shaders, render settings
 void EnterGeometryClasses(Registrations& registry); // point and polygon objects, tags with data
 void EnterDocumentClasses(Registrations& registry);
 void EnterViewClasses(Registrations& registry); // views, cameras
-
-/// Stand-ins for what renderers would register: without data of their own, parameters in the container.
-bool EnterMaterialPlugin(Int32 id, const String& name);
-bool EnterShaderPlugin(Int32 id, const String& name);
-bool EnterVideoPostPlugin(Int32 id, const String& name);
 
 } // namespace host

@@ -1,5 +1,6 @@
 // The host's own classes that need no data beyond their kind's.
 #include "core/layer.h"
+#include "core/layer_set.h"
 #include "core/material.h"
 #include "core/node_class.h"
 #include "core/object.h"
@@ -12,6 +13,7 @@ namespace host {
 void EnterNodeClasses(Registrations& registry)
 {
     registry.EnterCustomData("UnitScale", CUSTOMDATATYPE_INFO_LOADSAVE, NewUnitScaleDataType(), kUnitScaleDiskLevel);
+    registry.EnterCustomData("LayerSet", CUSTOMDATATYPE_INFO_LOADSAVE, NewLayerSetType(), kLayerSetDiskLevel);
     struct Plain {
         Int32 id;
         const char* name;
@@ -25,12 +27,16 @@ void EnterNodeClasses(Registrations& registry)
 
 void EnterMaterialClasses(Registrations& registry)
 {
-    registry.EnterClass(
-        {.id = Mmaterial,
-         .kind = NodeKind::Material,
-         .make = MakeCore<MaterialCore>,
-         .name = "Mat",
-         .prepare = [](NodeCore& node) { node.container.SetVector(MATERIAL_COLOR_COLOR, Vector(0.8)); }});
+    registry.EnterClass({.id = Mmaterial,
+                         .kind = NodeKind::Material,
+                         .make = MakeCore<StandardMaterialCore>,
+                         .name = "Mat",
+                         .prepare =
+                             [](NodeCore& node) {
+                                 node.container.SetBool(MATERIAL_USE_COLOR, true);
+                                 node.container.SetVector(MATERIAL_COLOR_COLOR, Vector(0.8));
+                             },
+                         .shownColor = MATERIAL_COLOR_COLOR});
     registry.EnterClass({.id = Xbitmap, .kind = NodeKind::Shader, .make = MakeCore<ShaderCore>, .name = "Bitmap"});
     registry.EnterClass({.id = Xcolor, .kind = NodeKind::Shader, .make = MakeCore<ShaderCore>, .name = "Color"});
     registry.EnterClass(

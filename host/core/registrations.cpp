@@ -1,7 +1,6 @@
 #include "c4d_objectdata.h"
 #include "c4d_resource.h"
 #include "c4d_scenehookdata.h"
-#include "core/material.h"
 #include "core/node_class.h"
 #include "core/object.h"
 #include "core/scene_hook.h"
@@ -207,27 +206,6 @@ Int32 CustomDataDiskLevel(Int32 id)
     const Registrations* registry = Registrations::Current();
     const CustomDataClass* custom = registry ? registry->FindCustomData(id) : nullptr;
     return custom ? custom->diskLevel : 0;
-}
-
-bool EnterMaterialPlugin(Int32 id, const String& name)
-{
-    Registrations* registry = Registrations::Current();
-    return registry &&
-           registry->EnterClass({.id = id, .kind = NodeKind::Material, .make = MakeCore<MaterialCore>, .name = name});
-}
-
-bool EnterShaderPlugin(Int32 id, const String& name)
-{
-    Registrations* registry = Registrations::Current();
-    return registry &&
-           registry->EnterClass({.id = id, .kind = NodeKind::Shader, .make = MakeCore<ShaderCore>, .name = name});
-}
-
-bool EnterVideoPostPlugin(Int32 id, const String& name)
-{
-    Registrations* registry = Registrations::Current();
-    return registry &&
-           registry->EnterClass({.id = id, .kind = NodeKind::VideoPost, .make = MakeCore<VideoPostCore>, .name = name});
 }
 
 } // namespace host

@@ -5,13 +5,15 @@
 #include "c4d_shader.h"
 #include "c4d_thread.h"
 #include "core/document.h"
+#include "core/node_class.h"
 #include "ddoc.h"
-#include "mmaterial.h"
 #include "obase.h"
 #include "ttexture.h"
 #include "view/floor_grid.h"
 #include "view/mesh_recorder.h"
 #include "view/scene_walk.h"
+
+#include <optional>
 
 namespace host {
 namespace {
@@ -68,6 +70,18 @@ const BaseSelect* selectionOf(BaseObject& object, const String& name)
     return nullptr;
 }
 
+// The colour that a material is shown with. One that is made of others shows that of the first.
+std::optional<Vector> shownColorOf(BaseMaterial& material, int depth = 0)
+{
+    constexpr int kDeepest = 8; // materials that link in a circle have no colour
+    GeData color;
+    const Int32 parameter = CoreOf(&material)->nodeClass->shownColor;
+    if (!parameter || !material.GetParameter(DescID(parameter), color, DESCFLAGS_GET_0)) return {};
+    if (color.GetType() == DA_VECTOR) return color.GetVector();
+    auto* part = static_cast<BaseMaterial*>(color.GetLink(nullptr, Mbase));
+    return part && depth < kDeepest ? shownColorOf(*part, depth + 1) : std::nullopt;
+}
+
 // What covers parts of an object, in the order in which later ones hide earlier ones.
 struct Covering {
     std::vector<const BaseSelect*> claims; // null: all of it
@@ -79,8 +93,11 @@ Covering coveringOf(BaseObject& object)
     Covering covering;
     for (BaseTag* tag = firstTextureTag(object); tag; tag = tag->GetNext()) {
         BaseMaterial* material = tag->GetType() == Ttexture ? static_cast<TextureTag*>(tag)->GetMaterial() : nullptr;
-        GeData color, restriction;
-        if (!material || !material->GetParameter(DescID(MATERIAL_COLOR_COLOR), color, DESCFLAGS_GET_0)) continue;
+        const std::optional<Vector> color = material ? shownColorOf(*material) : std::nullopt;
+        GeData side, restriction;
+        if (!color || (tag->GetParameter(DescID(TEXTURETAG_SIDE), side, DESCFLAGS_GET_0) &&
+                       side.GetInt32() == TEXTURETAG_SIDE_BACK))
+            continue; // both sides are drawn alike, as the front is
         tag->GetParameter(DescID(TEXTURETAG_RESTRICTION), restriction, DESCFLAGS_GET_0);
         const BaseSelect* claim = nullptr;
         if (restriction.GetType() == DA_STRING && restriction.GetString().Content()) {
@@ -88,7 +105,7 @@ Covering coveringOf(BaseObject& object)
             if (!claim) continue; // a selection that this object lacks holds nothing
         }
         covering.claims.push_back(claim);
-        covering.colors.push_back(color.GetVector());
+        covering.colors.push_back(*color);
     }
     return covering;
 }

@@ -1,4 +1,5 @@
 #include "core/node_class.h"
+#include "core/stand_in_renderers.h"
 #include "core/string_access.h"
 #include "customgui_unitscale.h"
 #include "support/probe_object.h"
@@ -82,7 +83,7 @@ TEST(Registry, ForeignTypesOfNodesAreThereOnlyIfRegistered)
     EXPECT_EQ(BaseMaterial::Alloc(id), nullptr);
     EXPECT_EQ(BaseShader::Alloc(id), nullptr);
     EXPECT_EQ(BaseVideoPost::Alloc(id), nullptr);
-    ASSERT_TRUE(EnterMaterialPlugin(id, "Material") && EnterShaderPlugin(id, "Shader") &&
+    ASSERT_TRUE(EnterMaterialPlugin({id, 0}, "Material") && EnterShaderPlugin(id, "Shader") &&
                 EnterVideoPostPlugin(id, "Post"));
     EXPECT_FALSE(EnterVideoPostPlugin(id, "Post"));
 
@@ -101,8 +102,7 @@ TEST(Registry, ForeignTypesOfNodesAreThereOnlyIfRegistered)
 
     // A material without a description keeps what it is told.
     GeData value;
-    EXPECT_TRUE(material->SetParameter(DescID(11, 1), GeData(shader), DESCFLAGS_SET_0) ||
-                material->SetParameter(11, GeData(shader), DESCFLAGS_SET_0));
+    EXPECT_TRUE(material->SetParameter(11, GeData(shader), DESCFLAGS_SET_0));
     EXPECT_TRUE(material->GetParameter(11, value, DESCFLAGS_GET_0));
     EXPECT_EQ(value.GetLink(nullptr, Xbase), shader);
     BaseShader::Free(shader);
