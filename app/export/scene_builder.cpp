@@ -132,6 +132,15 @@ vdt::Matrix Placement::matrix() const
     return result;
 }
 
+std::vector<std::string> SceneMaterial::textures() const
+{
+    std::vector<std::string> paths = SceneSide::textures();
+    paths.insert(paths.end(), {alphaTexture, transmissionTexture});
+    if (!back) return paths;
+    for (std::string& path : back->textures()) paths.push_back(std::move(path));
+    return paths;
+}
+
 std::string LevelSuffix(const Scene& scene, size_t level)
 {
     return scene.levels.size() > 1 ? "_LOD" + std::to_string(level) : std::string();
@@ -155,7 +164,7 @@ bool FinishScene(const Scene& scene, uint64_t dropped, vdt::MessageHandler& mess
 bool BuildScene(const SceneRequest& request, Scene& scene, vdt::MessageHandler& messages)
 {
     NameScene(request, scene);
-    SceneMaterials materials(request.model, request.season, scene.materials, messages);
+    SceneMaterials materials(request.model, request.season, scene.materials, messages, request.quality);
     uint64_t dropped = 0;
     messages.beginProgress("building the plant");
     if (request.form == PlantForm::Full) {
