@@ -155,8 +155,7 @@ void NameScene(const SceneRequest& request, Scene& scene)
 
 bool FinishScene(const Scene& scene, uint64_t dropped, vdt::MessageHandler& messages)
 {
-    if (dropped > 0)
-        messages.warning(std::to_string(dropped) + " polygons are left out: their corners are not at finite positions");
+    TellOfDroppedPolygons(dropped, messages);
     if (std::none_of(scene.levels.begin(), scene.levels.end(), isEmpty)) return true;
     messages.error("the variant has nothing to show: neither branches nor foliage");
     return false;

@@ -42,7 +42,6 @@ bool HostSession::start(const std::string& library, Console& console)
     answers = std::make_unique<SessionAnswers>(console);
     host::ApplicationOptions options;
     options.dialogs = answers.get();
-    options.startupFolder = ProgramFolder();
     options.console = [&console](std::string_view line) { console.message(line); };
     application = std::make_unique<host::Application>(std::move(options));
     for (const host::StandInRenderer& renderer : host::StandInRenderers()) host::EnterStandInRenderer(renderer.name);
