@@ -23,6 +23,14 @@ struct MaterialsRequest {
     std::string format = "table";
 };
 
+// A texture of the model as other commands name it: below the file's folder as that was asked for.
+std::string textureName(const std::string& texture, const std::string& asked, const std::string& absolute)
+{
+    const fs::path inside = fs::path(texture).lexically_relative(fs::path(absolute).parent_path());
+    if (inside.empty() || *inside.begin() == "..") return texture;
+    return (fs::path(asked).parent_path() / inside).generic_string();
+}
+
 int runMaterials(const MaterialsRequest& request, Console& console)
 {
     OpenPlant plant;
@@ -43,7 +51,7 @@ int runMaterials(const MaterialsRequest& request, Console& console)
         std::error_code ignored;
         for (const std::string& texture : TextureFilesOf(told["materials"]))
             if (!fs::exists(texture, ignored) && missing.insert(texture).second)
-                console.warning("texture " + texture + " does not exist");
+                console.warning("texture " + textureName(texture, plant.file, file) + " does not exist");
         facts["renderers"].push_back(std::move(told));
     }
     if (request.format == "json") {
