@@ -36,6 +36,7 @@ int parseAndRun(const std::vector<std::string>& arguments, Console& console)
     AddRenderCommand(program, work);
     AddViewCommand(program, work);
     AddSceneCommand(program, work);
+    AddMaterialsCommand(program, work);
 
     try {
         program.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend())); // it takes them from the back

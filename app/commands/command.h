@@ -20,6 +20,7 @@ void AddInfoCommand(CLI::App& program, CommandWork& chosen);
 void AddCheckCommand(CLI::App& program, CommandWork& chosen);
 void AddExportCommand(CLI::App& program, CommandWork& chosen);
 void AddConvertCommand(CLI::App& program, CommandWork& chosen);
+void AddMaterialsCommand(CLI::App& program, CommandWork& chosen);
 void AddRenderCommand(CLI::App& program, CommandWork& chosen);
 void AddSceneCommand(CLI::App& program, CommandWork& chosen);
 void AddViewCommand(CLI::App& program, CommandWork& chosen);

@@ -1,4 +1,5 @@
 #include "commands/command.h"
+#include "commands/material_options.h"
 #include "commands/plant_options.h"
 #include "console/text_table.h"
 #include "exit_status.h"
@@ -7,7 +8,9 @@
 #include "export/output_name.h"
 #include "files/input_file.h"
 
+#include <filesystem>
 #include <memory>
+#include <optional>
 
 namespace verdanth {
 namespace {
@@ -19,6 +22,9 @@ struct ExportRequest {
     PlantOptions plant;
     std::string output; // may be a template
     FoliageForm foliage = FoliageForm::Merged;
+    MaterialQuality quality = MaterialQuality::High;
+    BackForm backs = BackForm::Shared;
+    std::optional<int32_t> renderer; // whose materials are told of
     size_t levelCount = 1;
     std::vector<uint64_t> triangles; // one a level; else the first level is all that the options ask for
 };
@@ -54,18 +60,17 @@ std::string outputName(const ExportRequest& request, const Scene& scene, size_t 
     return name;
 }
 
-bool writeFile(const Scene& scene, const std::string& path, FoliageForm foliage, const OpenPlant& plant,
-               Console& console)
+bool writeFile(const Scene& scene, const ExportOptions& file, const OpenPlant& plant, Console& console)
 {
-    if (IsSameFile(path, plant.file)) {
+    if (IsSameFile(file.path, plant.file)) {
         console.error("would be overwritten by its own export");
         return false;
     }
     console.setSubject("");
     ExportSummary summary;
-    if (!ExportScene(scene, {path, foliage}, summary, console)) return false;
+    if (!ExportScene(scene, file, summary, console)) return false;
 
-    console.out() << OneLine(path) << ": " << OneLine(scene.name);
+    console.out() << OneLine(file.path) << ": " << OneLine(scene.name);
     for (const std::string& word : {scene.variant, scene.season})
         if (!word.empty()) console.out() << ", " << OneLine(word);
     console.out() << "; ";
@@ -82,19 +87,28 @@ bool writeFile(const Scene& scene, const std::string& path, FoliageForm foliage,
 // One file for all levels, or one a level where the name asks for it.
 bool writeFiles(const ExportRequest& request, Scene& scene, const OpenPlant& plant, Console& console)
 {
-    if (!NamesLevels(request.output)) {
-        const std::string name = outputName(request, scene, 0, console);
-        return !name.empty() && writeFile(scene, name, request.foliage, plant, console);
-    }
+    const auto write = [&](size_t level) {
+        const std::string name = outputName(request, scene, level, console);
+        return !name.empty() && writeFile(scene, {name, request.foliage, request.backs}, plant, console);
+    };
+    if (!NamesLevels(request.output)) return write(0);
     std::vector<SceneLevel> levels;
     levels.swap(scene.levels);
     for (size_t i = 0; i < levels.size(); ++i) {
         scene.levels.clear();
         scene.levels.push_back(std::move(levels[i]));
-        const std::string name = outputName(request, scene, i, console);
-        if (name.empty() || !writeFile(scene, name, request.foliage, plant, console)) return false;
+        if (!write(i)) return false;
     }
     return true;
+}
+
+// Notes in the scene what a renderer is told of its materials, if that is asked for.
+bool addRenderer(const ExportRequest& request, const OpenPlant& plant, Scene& scene, Console& console)
+{
+    if (!request.renderer) return true;
+    const std::string file = std::filesystem::absolute(plant.file).lexically_normal().generic_string();
+    return AddRendererExtras(file, request.plant.library, plant.model(),
+                             {.renderer = *request.renderer, .quality = request.quality}, scene, console);
 }
 
 int runExport(const ExportRequest& request, Console& console)
@@ -108,10 +122,12 @@ int runExport(const ExportRequest& request, Console& console)
     RequestedPlant plant;
     if (!LoadRequestedPlant(request.plant, plant, console)) return kFailure;
     SceneRequest wanted = SceneRequestOf(plant, request.plant);
+    wanted.quality = request.quality;
     Scene scene;
     const bool copies = request.foliage != FoliageForm::Merged && KnowsCopies(request.output);
     if (!findLevels(request, wanted, console) ||
-        !BuildRequestedScene(plant, request.plant, wanted, copies, scene, console))
+        !BuildRequestedScene(plant, request.plant, wanted, copies, scene, console) ||
+        !addRenderer(request, plant.open, scene, console))
         return kFailure;
     return writeFiles(request, scene, plant.open, console) ? kSuccess : kFailure;
 }
@@ -133,6 +149,10 @@ void AddExportCommand(CLI::App& program, CommandWork& chosen)
         *command, "--instances", request->foliage,
         {{"merge", FoliageForm::Merged}, {"nodes", FoliageForm::Nodes}, {"gpu", FoliageForm::Instances}},
         "Foliage in glTF: one mesh a material, a node a leaf, or lists");
+    AddQualityOption(*command, request->quality);
+    AddBacksOption(*command, request->backs);
+    AddRendererOption(*command, request->renderer,
+                      "Leave in each material of glTF, as extras, what the renderer is told of it");
     command->add_option("--lod", request->levelCount, "How many levels of detail, each a quarter of the one before")
         ->check(CLI::Range(size_t{1}, kMostLevels).description(""))
         ->capture_default_str()

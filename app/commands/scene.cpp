@@ -1,4 +1,5 @@
 #include "commands/command.h"
+#include "commands/material_options.h"
 #include "commands/plant_options.h"
 #include "console/json_text.h"
 #include "console/text_table.h"
@@ -13,6 +14,7 @@
 #include <array>
 #include <filesystem>
 #include <memory>
+#include <optional>
 
 namespace verdanth {
 namespace {
@@ -85,6 +87,8 @@ struct AddOptions {
     double turn = 0; // degrees
     double scale = 1;
     std::string name;
+    std::optional<int32_t> renderer; // whose materials it has
+    MaterialChoice materials;
 };
 
 int runAdd(const AddOptions& options, Console& console)
@@ -104,6 +108,10 @@ int runAdd(const AddOptions& options, Console& console)
         console.error("the module makes no plant object");
         return kFailure;
     }
+    MaterialChoice materials = options.materials;
+    materials.renderer = options.renderer.value_or(kSceneRenderer);
+    if (options.renderer && !AddRendererMaterials(document, *object, settings.file, wanted.model, materials, console))
+        return kFailure;
     constexpr double kRadian = vdt::kPi / 180;
     const std::string& title = wanted.model.name;
     object->SetName(HostText(!options.name.empty() ? options.name : title.empty() ? "plant" : title));
@@ -146,6 +154,7 @@ int runInfo(const InfoOptions& options, Console& console)
     if (options.format == "json") {
         nlohmann::ordered_json facts = {{"scene", options.scene},
                                         {"metersPerUnit", MetersPerDocumentUnit(document)},
+                                        {"materials", CountMaterials(document)},
                                         {"objects", nlohmann::ordered_json::array()}};
         for (const SceneItem& item : items) facts["objects"].push_back(describe(item));
         console.out() << JsonText(facts, kForPeople) << '\n';
@@ -159,7 +168,9 @@ int runInfo(const InfoOptions& options, Console& console)
                       FixedNumber(item.position.y, kDigits), FixedNumber(item.position.z, kDigits),
                       OneLine(item.statistics), OneLine(item.file)});
     }
-    console.out() << OneLine(options.scene) << ": " << items.size() << " objects\n";
+    console.out() << OneLine(options.scene) << ": " << items.size() << " objects";
+    if (const uint64_t materials = CountMaterials(document)) console.out() << ", " << materials << " materials";
+    console.out() << '\n';
     table.print(console.out());
     return kSuccess;
 }
@@ -167,6 +178,7 @@ int runInfo(const InfoOptions& options, Console& console)
 struct ExportOptionsOfScene {
     std::string scene;
     std::string library;
+    MaterialQuality quality = MaterialQuality::High;
     ExportOptions file;
 };
 
@@ -192,7 +204,8 @@ int runExport(const ExportOptionsOfScene& options, Console& console)
     document.ExecutePasses(nullptr, true, true, true, BUILDFLAGS_EXTERNALRENDERER);
     console.endProgress();
     ExportSummary summary;
-    if (!ReadDocument(document, options.library, scene, console) || !ExportScene(scene, options.file, summary, console))
+    if (!ReadDocument(document, options.library, options.quality, scene, console) ||
+        !ExportScene(scene, options.file, summary, console))
         return kFailure;
     console.out() << OneLine(options.file.path) << ": " << GroupedNumber(summary.polygons) << " polygons, "
                   << GroupedNumber(summary.vertices) << " vertices, " << scene.materials.size() << " materials, "
@@ -232,6 +245,12 @@ void addAdd(CLI::App& scene, CommandWork& chosen)
         ->type_name("S");
     command->add_option("--name", options->name, "What the object is called; else its botanical name")
         ->type_name("NAME");
+    CLI::Option* renderer =
+        AddRendererOption(*command, options->renderer, "Give it materials of this renderer; auto is the scene's own");
+    AddQualityOption(*command, options->materials.quality);
+    command->add_option("--layer", options->materials.layer, "The layer that new materials go on")
+        ->needs(renderer)
+        ->type_name("NAME");
     command->footer(ExampleText("verdanth scene add garden.scene \"Silver Birch\" --season autumn --at 4,0,2",
                                 "plants a birch four metres to the right and two to the front"));
     command->callback(
@@ -262,6 +281,8 @@ void addExport(CLI::App& scene, CommandWork& chosen)
         *command, "--instances", options->file.foliage,
         {{"merge", FoliageForm::Merged}, {"nodes", FoliageForm::Nodes}, {"gpu", FoliageForm::Instances}},
         "Equal plants in glTF: one mesh a material, a node a plant, or lists");
+    AddQualityOption(*command, options->quality);
+    AddBacksOption(*command, options->file.backs);
     AddLibraryOption(*command, options->library);
     command->footer(ExampleText("verdanth scene export garden.scene -o garden.glb", "writes all plants, whole"));
     command->callback(

@@ -1,4 +1,5 @@
 #include "commands/command.h"
+#include "commands/material_options.h"
 #include "commands/picture_size.h"
 #include "commands/plant_options.h"
 #include "commands/previews.h"
@@ -14,6 +15,7 @@
 
 #include <filesystem>
 #include <memory>
+#include <optional>
 
 namespace verdanth {
 namespace {
@@ -21,6 +23,7 @@ namespace {
 struct ViewRequest {
     PlantOptions plant;
     PlantDisplay display = PlantDisplay::Proxy;
+    std::optional<int32_t> renderer; // whose materials it has
     std::string output;
     std::string size = "640x480";
     ViewSettings view{.azimuth = 35, .elevation = 14};
@@ -57,7 +60,11 @@ bool drawPlant(const ViewRequest& request, const RequestedPlant& plant, const Sc
         console.error("the module makes no plant object");
         return false;
     }
-    AddMaterials(*document.get(), *object, wanted.model, wanted.season);
+    if (!request.renderer)
+        AddMaterials(*document.get(), *object, wanted.model, wanted.season);
+    else if (!AddRendererMaterials(*document.get(), *object, file, wanted.model, {.renderer = *request.renderer},
+                                   console))
+        return false;
     console.beginProgress("building the plant");
     const bool built = Evaluate(*document.get());
     console.endProgress();
@@ -109,6 +116,7 @@ void AddViewCommand(CLI::App& program, CommandWork& chosen)
     const auto request = std::make_shared<ViewRequest>();
     AddPlantObjectOptions(*command, request->plant);
     AddDisplayOption(*command, request->display);
+    AddRendererOption(*command, request->renderer, "Show the colours of this renderer's materials; else mean colours");
     command
         ->add_option("-o,--output", request->output,
                      "The picture to write; .png. {species}, {variant} and {season} are filled in")

@@ -111,7 +111,7 @@ bool BuildSceneInHost(const SceneRequest& request, const std::string& file, cons
     if (request.form != PlantForm::Full && request.details.front() != PlantDetail())
         console.warning("only the full plant is reduced and rounded; its lighter forms are made of all of it");
 
-    SceneMaterials materials(request.model, request.season, scene.materials, console);
+    SceneMaterials materials(request.model, request.season, scene.materials, console, request.quality);
     const double meters = MetersPerUnit(request.model.unit);
     uint64_t dropped = 0;
     console.beginProgress("building the plant");

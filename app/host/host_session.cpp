@@ -2,7 +2,9 @@
 
 #include "console/console.h"
 #include "core/application.h"
+#include "core/stand_in_renderers.h"
 #include "ddoc.h"
+#include "host/session_answers.h"
 #include "lookup/species.h"
 #include "module/modules.h"
 
@@ -37,9 +39,12 @@ HostSession::~HostSession() = default;
 
 bool HostSession::start(const std::string& library, Console& console)
 {
+    answers = std::make_unique<SessionAnswers>(console);
     host::ApplicationOptions options;
+    options.dialogs = answers.get();
     options.console = [&console](std::string_view line) { console.message(line); };
     application = std::make_unique<host::Application>(std::move(options));
+    for (const host::StandInRenderer& renderer : host::StandInRenderers()) host::EnterStandInRenderer(renderer.name);
     host::Modules& modules = application->part<host::Modules>();
     if (!modules.load(modulePath())) {
         console.error("the plant module cannot be used");

@@ -14,6 +14,7 @@ class Application;
 namespace verdanth {
 
 class Console;
+class SessionAnswers;
 
 class HostSession {
 public:
@@ -23,10 +24,12 @@ public:
     ~HostSession();
 
     /// Starts the host and the module that stands beside the program, or where VERDANTH_MODULE says. The module finds
-    /// moved plants in `library`, if there is one. False, with the error told, if there is no usable module.
+    /// moved plants in `library`, if there is one. Stand-ins for all renderers are there, so that scenes keep their
+    /// materials. False, with the error told, if there is no usable module.
     bool start(const std::string& library, Console& console);
 
 private:
+    std::unique_ptr<SessionAnswers> answers; // asked as long as the application lives
     std::unique_ptr<host::Application> application;
 };
 

@@ -26,26 +26,13 @@ vdt::Vector3 modelVector(const Vector& v)
     return {v.x, v.y, -v.z};
 }
 
-// The number behind the last "MAT" of a selection's name. False if it names no material.
-bool materialIdOf(const std::string& name, int32_t& id)
-{
-    constexpr std::string_view kMark = "MAT";
-    const size_t separator = name.rfind("::");
-    const std::string_view own = std::string_view(name).substr(separator == std::string::npos ? 0 : separator + 2);
-    if (!own.starts_with(kMark)) return false;
-    const char* begin = own.data() + kMark.size();
-    const char* end = own.data() + own.size();
-    const auto parsed = std::from_chars(begin, end, id);
-    return parsed.ec == std::errc() && parsed.ptr == end && begin != end;
-}
-
 // One material id a polygon.
 std::vector<int32_t> materialsOf(PolygonObject& mesh)
 {
     std::vector<int32_t> materials(static_cast<size_t>(mesh.GetPolygonCount()), kNoMaterial);
     for (BaseTag* tag = mesh.GetFirstTag(); tag; tag = tag->GetNext()) {
         int32_t id = 0;
-        if (tag->GetType() != Tpolygonselection || !materialIdOf(Utf8Text(tag->GetName()), id)) continue;
+        if (tag->GetType() != Tpolygonselection || !MaterialIdOf(Utf8Text(tag->GetName()), id)) continue;
         const BaseSelect* selected = static_cast<SelectionTag*>(tag)->GetBaseSelect();
         Int32 first = 0, last = 0;
         for (Int32 run = 0; selected->GetRange(run, mesh.GetPolygonCount(), &first, &last); ++run)
@@ -137,6 +124,18 @@ bool SetDetail(BaseObject& plant, const PlantSettings& settings, double modelUni
 bool Evaluate(BaseDocument& document)
 {
     return document.ExecutePasses(nullptr, true, true, true, BUILDFLAGS_0);
+}
+
+bool MaterialIdOf(const std::string& name, int32_t& id)
+{
+    constexpr std::string_view kMark = "MAT";
+    const size_t separator = name.rfind("::");
+    const std::string_view own = std::string_view(name).substr(separator == std::string::npos ? 0 : separator + 2);
+    if (!own.starts_with(kMark)) return false;
+    const char* begin = own.data() + kMark.size();
+    const char* end = own.data() + own.size();
+    const auto parsed = std::from_chars(begin, end, id);
+    return parsed.ec == std::errc() && parsed.ptr == end && begin != end;
 }
 
 PolygonObject* BuiltMesh(BaseObject& object)

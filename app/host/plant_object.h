@@ -37,6 +37,9 @@ bool SetDetail(BaseObject& plant, const PlantSettings& settings, double modelUni
 /// Builds what has changed in the document, as a viewport would ask for it.
 bool Evaluate(BaseDocument& document);
 
+/// The number behind the last "MAT" of a selection's name. False if it names no material.
+bool MaterialIdOf(const std::string& name, int32_t& id);
+
 /// What the host made of the object: null if nothing, or nothing with polygons.
 PolygonObject* BuiltMesh(BaseObject& object);
 

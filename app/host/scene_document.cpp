@@ -86,9 +86,11 @@ std::optional<Placement> placementOf(const vdt::Matrix& frame)
 // Turns one object after another into parts of a scene level.
 class DocumentReader {
 public:
-    DocumentReader(BaseDocument& read, std::string libraryFolder, Scene& target, Console& messages)
+    DocumentReader(BaseDocument& read, std::string libraryFolder, MaterialQuality wantedQuality, Scene& target,
+                   Console& messages)
         : document(&read),
           library(std::move(libraryFolder)),
+          quality(wantedQuality),
           scene(&target),
           console(&messages),
           meters(MetersPerDocumentUnit(read))
@@ -128,7 +130,8 @@ private:
 
     bool addCopy(BaseObject& plant, const Placement& placement)
     {
-        if (plant.GetFirstTag()) return false; // tags may change its look
+        for (BaseTag* tag = plant.GetFirstTag(); tag; tag = tag->GetNext())
+            if (tag->GetType() != Ttexture) return false; // which may change its form
         const BaseContainer parameters = plant.GetData();
         for (const KnownPlant& other : known) {
             if (other.parameters != parameters) continue;
@@ -171,8 +174,8 @@ private:
         if (isPlant) season = seasonOf(object, modelOf(file));
         auto& kept = materials[{file, season}];
         if (!kept)
-            kept =
-                std::make_unique<SceneMaterials>(isPlant ? modelOf(file) : noModel, season, scene->materials, *console);
+            kept = std::make_unique<SceneMaterials>(isPlant ? modelOf(file) : noModel, season, scene->materials,
+                                                    *console, quality);
         return *kept;
     }
 
@@ -186,6 +189,7 @@ private:
 
     BaseDocument* document;
     std::string library;
+    MaterialQuality quality;
     Scene* scene;
     Console* console;
     double meters;
@@ -206,6 +210,13 @@ double MetersPerDocumentUnit(BaseDocument& document)
     meter->SetUnitScale(1, DOCUMENT_UNIT_M);
     return CalculateTranslationScale(
         static_cast<const UnitScaleData*>(value.GetCustomDataType(CUSTOMDATATYPE_UNITSCALE)), meter);
+}
+
+uint64_t CountMaterials(BaseDocument& document)
+{
+    uint64_t count = 0;
+    for (BaseMaterial* material = document.GetFirstMaterial(); material; material = material->GetNext()) ++count;
+    return count;
 }
 
 std::vector<SceneItem> DescribeDocument(BaseDocument& document)
@@ -232,10 +243,11 @@ std::vector<SceneItem> DescribeDocument(BaseDocument& document)
     return items;
 }
 
-bool ReadDocument(BaseDocument& document, const std::string& libraryFolder, Scene& scene, Console& console)
+bool ReadDocument(BaseDocument& document, const std::string& libraryFolder, MaterialQuality quality, Scene& scene,
+                  Console& console)
 {
     scene.levels.emplace_back();
-    DocumentReader reader(document, libraryFolder, scene, console);
+    DocumentReader reader(document, libraryFolder, quality, scene, console);
     visitObjects(document.GetFirstObject(), 0, [&](BaseObject& object, int) {
         if (!console.isCancelled()) reader.add(object);
     });

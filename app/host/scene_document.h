@@ -28,11 +28,15 @@ struct SceneItem {
 /// How many metres a unit of the document is.
 double MetersPerDocumentUnit(BaseDocument& document);
 
+uint64_t CountMaterials(BaseDocument& document);
+
 /// All objects, parents first, of a document that has been evaluated.
 std::vector<SceneItem> DescribeDocument(BaseDocument& document);
 
-/// Everything that the host built, in metres. Plants that are equal but for their place share one mesh. False, with
-/// the error told, if there is nothing to show. `libraryFolder` is where model files that have moved may be.
-bool ReadDocument(BaseDocument& document, const std::string& libraryFolder, Scene& scene, Console& console);
+/// Everything that the host built, in metres, with the looks of the models. Plants that are equal but for their place
+/// share one mesh. False, with the error told, if there is nothing to show. `libraryFolder` is where model files that
+/// have moved may be.
+bool ReadDocument(BaseDocument& document, const std::string& libraryFolder, MaterialQuality quality, Scene& scene,
+                  Console& console);
 
 } // namespace verdanth

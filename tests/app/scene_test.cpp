@@ -94,6 +94,28 @@ TEST(Scene, ExportsEveryPlantInItsPlace)
     }
 }
 
+// Of materials as of meshes.
+TEST(Scene, EqualPlantsHaveOneSet)
+{
+    const TemporaryFolder folder;
+    const std::string plant = folder.write("tree.vdt", PlantText().text());
+    const std::string scene = folder.path("garden.scene");
+    expectSuccess(runScene({"new", scene}));
+    for (int i = 0; i < 10; ++i) {
+        const std::string place = std::to_string(i) + ",0,0";
+        // Whoever asks for the scene's own renderer gets the one that came first.
+        expectSuccess(runScene(
+            {"add", scene, plant, "--season", "summer", "--at", place, "--renderer", i == 0 ? "corona" : "auto"}));
+        EXPECT_EQ(infoOf(scene)["materials"], 2) << i;
+    }
+    EXPECT_EQ(infoOf(scene)["objects"][9]["season"], "High Summer");
+    expectSuccess(runScene({"add", scene, plant, "--renderer", "standard"}));
+    EXPECT_EQ(infoOf(scene)["materials"], 4);
+    expectSuccess(runScene({"export", scene, "-o", folder.path("garden.gltf"), "--instances", "nodes"}));
+    const nlohmann::json garden = nlohmann::json::parse(folder.read("garden.gltf"));
+    EXPECT_EQ(garden["meshes"].size(), 2U) << "summer and the default season";
+}
+
 TEST(Scene, KeepsPlantsWhoseModelIsGone)
 {
     const TemporaryFolder folder;
