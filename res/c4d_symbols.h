@@ -15,7 +15,9 @@ enum {
     IDS_NOT_A_MODEL = 15,         // path
     IDS_LOADER = 16,
     IDS_BROWSER = 17,
-    IDS_BROWSER_HELP = 18
+    IDS_BROWSER_HELP = 18,
+    IDS_REPLACE_TEXTURE_TAGS = 48, // names of objects, each on a line of its own
+    IDS_REUSE_MATERIALS = 49       // names of materials, the same way
 };
 
 #endif

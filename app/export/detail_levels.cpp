@@ -212,14 +212,20 @@ bool FindDetails(const SceneRequest& request, const std::vector<uint64_t>& budge
         if (messages.isCancelled()) return false;
         details.push_back(search.find(most, budget));
         const uint64_t found = search.count(details.back()).total();
-        if (!differs(found, budget, kTolerance)) continue;
-        const std::string miss = "a level of " + GroupedNumber(budget) +
-                                 " triangles cannot be had of this plant; the nearest has " + GroupedNumber(found);
-        if (mustMeet) {
-            messages.error(miss);
+        if (found == 0 && budgets.front() > 0 && !mustMeet) {
+            messages.error("the plant is too small for " + std::to_string(budgets.size()) +
+                           " levels of detail, each a quarter of the one before; it can have " +
+                           std::to_string(details.size() - 1));
             return false;
         }
-        messages.warning(miss);
+        if (!differs(found, budget, kTolerance)) continue;
+        if (mustMeet) {
+            messages.error("a level of " + GroupedNumber(budget) +
+                           " triangles cannot be had of this plant; the nearest has " + GroupedNumber(found));
+            return false;
+        }
+        messages.warning("level " + std::to_string(details.size() - 1) + " has " + GroupedNumber(found) +
+                         " triangles instead of " + GroupedNumber(budget) + ": no cut of the plant comes nearer");
     }
     return true;
 }

@@ -22,7 +22,7 @@ TriangleCount CountTriangles(const SceneRequest& request, const PlantDetail& det
 /// For each budget of triangles the detail that comes near it: branches lose roundness and then their thin ends, the
 /// foliage loses leaves while the others grow, and both keep their shares as far as they can. None goes beyond the
 /// request's own first detail. A budget missed by more than a tenth is told; with `mustMeet` as an error, and the
-/// result is false then. False on cancelling too.
+/// result is false then. False too where a level of a chain would hold nothing, and on cancelling.
 bool FindDetails(const SceneRequest& request, const std::vector<uint64_t>& budgets, bool mustMeet,
                  std::vector<PlantDetail>& details, vdt::MessageHandler& messages);
 

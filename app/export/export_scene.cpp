@@ -18,6 +18,13 @@ Writer writerFor(const std::string& path)
     return nullptr;
 }
 
+void tellOfBacks(const Scene& scene, const ExportOptions& options, vdt::MessageHandler& messages)
+{
+    if (options.backs == BackForm::Own && KnowsOwnBacks(options.path)) return;
+    for (const SceneMaterial& material : scene.materials)
+        if (material.back) messages.message("material \"" + material.name + "\": its back is shown like its front");
+}
+
 } // namespace
 
 bool IsExportPath(const std::string& path)
@@ -26,6 +33,11 @@ bool IsExportPath(const std::string& path)
 }
 
 bool KnowsCopies(const std::string& path)
+{
+    return writerFor(path) == WriteGltf;
+}
+
+bool KnowsOwnBacks(const std::string& path)
 {
     return writerFor(path) == WriteGltf;
 }
@@ -39,6 +51,7 @@ bool ExportScene(const Scene& scene, const ExportOptions& options, ExportSummary
         return false;
     }
 
+    tellOfBacks(scene, options, messages);
     OutputFiles files;
     messages.beginProgress("writing");
     const bool written = write(scene, options, files, summary, messages);

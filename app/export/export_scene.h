@@ -17,9 +17,16 @@ enum class FoliageForm {
     Instances, // each mesh once, with a list of its places for the graphics card
 };
 
+/// What becomes of materials whose backs look other than their fronts. Other formats than glTF know one look alone.
+enum class BackForm {
+    Shared, // both sides look like the front
+    Own,    // surfaces twice, each seen from one side
+};
+
 struct ExportOptions {
     std::string path; // its suffix tells the format: .glb .gltf .obj .ply
     FoliageForm foliage = FoliageForm::Merged;
+    BackForm backs = BackForm::Shared;
 };
 
 /// What was written, counting each copy.
@@ -35,6 +42,9 @@ bool IsExportPath(const std::string& path);
 
 /// True if the path's format can hold copies of one mesh.
 bool KnowsCopies(const std::string& path);
+
+/// True if the path's format can hold backs that look other than their fronts.
+bool KnowsOwnBacks(const std::string& path);
 
 /// Writes all files, and moves them into place once they are complete. False, with the error told unless the user
 /// cancels, if that fails; nothing has changed then.

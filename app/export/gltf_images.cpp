@@ -1,6 +1,7 @@
 #include "export/gltf_images.h"
 
-#include "export/picture.h"
+#include "export/line_buffer.h"
+#include "export/relief.h"
 #include "files/input_file.h"
 
 #include <filesystem>
@@ -26,19 +27,19 @@ std::optional<size_t> GltfImages::add(const std::string& path)
     return known[path] = std::nullopt;
 }
 
-GltfBaseTexture GltfImages::addBaseTexture(const SceneMaterial& material)
+GltfBaseTexture GltfImages::addBaseTexture(const SceneSide& side, const SceneMaterial& material)
 {
-    if (!material.alphaTexture.empty() && material.alphaTexture != material.colorTexture) {
-        const std::string key = material.colorTexture + '\n' + material.alphaTexture;
+    if (!material.alphaTexture.empty() && material.alphaTexture != side.colorTexture) {
+        const std::string key = side.colorTexture + '\n' + material.alphaTexture;
         const auto [entry, isNew] = known.emplace(key, std::nullopt);
-        if (isNew) entry->second = addCombined(material);
-        if (entry->second) return {entry->second, true, !material.colorTexture.empty()};
+        if (isNew) entry->second = addCombined(side, material);
+        if (entry->second) return {entry->second, true, !side.colorTexture.empty()};
     }
-    const std::optional<size_t> image = add(material.colorTexture);
-    return {image, image && material.alphaTexture == material.colorTexture, image.has_value()};
+    const std::optional<size_t> image = add(side.colorTexture);
+    return {image, image && material.alphaTexture == side.colorTexture, image.has_value()};
 }
 
-std::optional<size_t> GltfImages::addCombined(const SceneMaterial& material)
+std::optional<size_t> GltfImages::addCombined(const SceneSide& side, const SceneMaterial& material)
 {
     const auto failed = [&](const std::string& texture, const std::string& problem) {
         messages->warning("texture " + texture + " " + problem + "; material \"" + material.name +
@@ -50,13 +51,45 @@ std::optional<size_t> GltfImages::addCombined(const SceneMaterial& material)
     if (!mask) return failed(material.alphaTexture, problem);
 
     std::optional<Picture> color = Picture{1, 1, {255, 255, 255, 255}};
-    if (!material.colorTexture.empty()) color = ReadPng(material.colorTexture, problem);
-    if (!color) return failed(material.colorTexture, problem);
+    if (!side.colorTexture.empty()) color = ReadPng(side.colorTexture, problem);
+    if (!color) return failed(side.colorTexture, problem);
 
-    const std::string& namedLike = material.colorTexture.empty() ? material.alphaTexture : material.colorTexture;
-    GltfImage image{std::filesystem::path(namedLike).stem().string() + "_cutout", "image/png", {}, {}};
-    image.bytes = EncodePng(WithAlphaOf(*color, *mask));
-    if (image.bytes.empty()) return failed(namedLike, "cannot be written as PNG");
+    const std::string& namedLike = side.colorTexture.empty() ? material.alphaTexture : side.colorTexture;
+    const auto image =
+        keepNew(std::filesystem::path(namedLike).stem().string() + "_cutout", WithAlphaOf(*color, *mask));
+    if (!image) return failed(namedLike, "cannot be written as PNG");
+    return image;
+}
+
+std::optional<size_t> GltfImages::addNormals(const SceneSide& side)
+{
+    if (!side.normalTexture.empty()) return add(side.normalTexture);
+    if (side.bumpTexture.empty()) return std::nullopt;
+    LineBuffer key;
+    key.add('\n').add(side.bumpStrength);
+    const auto [entry, isNew] = known.emplace(side.bumpTexture + std::string(key.text()), std::nullopt);
+    if (isNew) entry->second = addRelief(side);
+    return entry->second;
+}
+
+std::optional<size_t> GltfImages::addRelief(const SceneSide& side)
+{
+    std::string problem;
+    std::optional<size_t> image;
+    if (const std::optional<Picture> heights = ReadPng(side.bumpTexture, problem)) {
+        problem = "gives no picture of normals";
+        image = keepNew(std::filesystem::path(side.bumpTexture).stem().string() + "_relief",
+                        NormalsOfHeights(*heights, side.bumpStrength));
+    }
+    if (!image) messages->warning("texture " + side.bumpTexture + " " + problem + "; its relief is left out");
+    return image;
+}
+
+// None if the picture cannot be written as PNG.
+std::optional<size_t> GltfImages::keepNew(std::string name, const Picture& picture)
+{
+    GltfImage image{std::move(name), "image/png", {}, EncodePng(picture)};
+    if (image.bytes.empty()) return std::nullopt;
     if (textureFiles) {
         image.uri = UriOf(textureFiles->placeNew(image.name + ".png", image.bytes));
         image.bytes.clear();

@@ -1,6 +1,7 @@
 // The pictures of a glTF file: inside a .glb, beside a .gltf.
 #pragma once
 
+#include "export/picture.h"
 #include "export/texture_files.h"
 #include "vdt/messages/message_handler.h"
 
@@ -31,18 +32,23 @@ public:
     /// A picture file as it is; none, with a warning, if glTF cannot hold it.
     std::optional<size_t> add(const std::string& path);
 
-    /// Colour and cut-out in one picture, as glTF wants them.
-    GltfBaseTexture addBaseTexture(const SceneMaterial& material);
+    /// Colour of one of the material's sides and cut-out in one picture, as glTF wants them.
+    GltfBaseTexture addBaseTexture(const SceneSide& side, const SceneMaterial& material);
+
+    /// The side's normals; without such a picture those of its heights.
+    std::optional<size_t> addNormals(const SceneSide& side);
 
     std::vector<GltfImage> images;
 
 private:
-    std::optional<size_t> addCombined(const SceneMaterial& material);
+    std::optional<size_t> addCombined(const SceneSide& side, const SceneMaterial& material);
+    std::optional<size_t> addRelief(const SceneSide& side);
+    std::optional<size_t> keepNew(std::string name, const Picture& picture);
     size_t keep(GltfImage image);
 
     TextureFiles* textureFiles;
     vdt::MessageHandler* messages;
-    std::map<std::string, std::optional<size_t>> known; // by path, or by both paths of a combination
+    std::map<std::string, std::optional<size_t>> known; // by path, or by what a new one is made of
 };
 
 } // namespace verdanth

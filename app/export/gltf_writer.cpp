@@ -6,7 +6,7 @@
 #include "console/as_written.h"
 #include "console/json_text.h"
 #include "export/export_scene.h"
-#include "export/gltf_images.h"
+#include "export/gltf_materials.h"
 #include "export/srgb.h"
 #include "export/triangles.h"
 #include "lookup/species.h"
@@ -32,7 +32,6 @@ constexpr int kElementArrayBuffer = 34963;
 constexpr int kRepeat = 10497;
 constexpr int kLinear = 9729;
 constexpr int kLinearMipmapLinear = 9987;
-constexpr double kAlphaCutoff = 0.5;
 constexpr const char* kInstancing = "EXT_mesh_gpu_instancing";
 constexpr const char* kLevels = "MSFT_lod";
 
@@ -48,10 +47,17 @@ struct Primitive {
     uint64_t vertexCount = 0;
     uint64_t indexCount = 0;
     Float3 min{0, 0, 0}, max{0, 0, 0};
+    std::optional<size_t> back{}; // the material of a second surface that faces the other way
 
     // The highest index is left free: it restarts a primitive.
     bool hasShortIndices() const { return vertexCount <= 0xFFFF; }
     uint64_t indexBytes() const { return (indexCount * (hasShortIndices() ? 2 : 4) + 3) / 4 * 4; }
+    uint64_t triangleCount() const { return indexCount / 3 * (back ? 2 : 1); }
+    uint64_t bytes() const
+    {
+        const uint64_t ownOfASide = vertexCount * 12 + indexBytes(); // normals and indices
+        return vertexCount * 20 + ownOfASide * (back ? 2 : 1);
+    }
 };
 
 // One mesh of the file, and where in the scene it stands.
@@ -119,7 +125,8 @@ public:
           messages(&handler),
           binary(FoldName(exportOptions.path).ends_with(".glb")),
           textureFiles(exportOptions.path, source.materials, outputFiles),
-          images(binary ? nullptr : &textureFiles, handler)
+          images(binary ? nullptr : &textureFiles, handler),
+          materials(source.materials, exportOptions.backs, images)
     {
     }
 
@@ -153,7 +160,7 @@ private:
         if (mesh.cloud) summary.points += mesh.cloud->positions.size();
         for (const Primitive& primitive : mesh.primitives) {
             summary.vertices += primitive.vertexCount * mesh.copyCount();
-            summary.polygons += primitive.indexCount / 3 * mesh.copyCount();
+            summary.polygons += primitive.triangleCount() * mesh.copyCount();
         }
     }
 
@@ -195,12 +202,14 @@ private:
         for (GltfMesh& mesh : meshes)
             std::erase_if(mesh.primitives, [](const Primitive& p) { return p.indexCount == 0; });
         std::erase_if(meshes, [](const GltfMesh& mesh) { return mesh.isEmpty(); });
-        for (GltfMesh& mesh : meshes) std::ranges::for_each(mesh.primitives, measure);
+        for (GltfMesh& mesh : meshes)
+            for (Primitive& primitive : mesh.primitives) measure(primitive);
         return meshes;
     }
 
-    static void measure(Primitive& primitive)
+    void measure(Primitive& primitive) const
     {
+        primitive.back = materials.backOf(primitive.material);
         constexpr float kFar = std::numeric_limits<float>::max();
         primitive.min = {kFar, kFar, kFar};
         primitive.max = {-kFar, -kFar, -kFar};
@@ -235,15 +244,19 @@ private:
         if (mesh.cloud) primitives.push_back(describedCloud(*mesh.cloud));
         for (const Primitive& p : mesh.primitives) {
             const size_t position = addPositions(p.vertexCount, p.min, p.max);
-            const size_t normal = addAccessor(p.vertexCount, "VEC3", kFloat, p.vertexCount * 12, kArrayBuffer);
             const size_t coordinate = addAccessor(p.vertexCount, "VEC2", kFloat, p.vertexCount * 8, kArrayBuffer);
-            const int indexType = p.hasShortIndices() ? kUnsignedShort : kUnsignedInt;
-            const size_t index = addAccessor(p.indexCount, "SCALAR", indexType,
-                                             p.indexCount * (p.hasShortIndices() ? 2 : 4), kElementArrayBuffer);
-            primitives.push_back(
-                {{"attributes", {{"POSITION", position}, {"NORMAL", normal}, {"TEXCOORD_0", coordinate}}},
-                 {"indices", index},
-                 {"material", p.material}});
+            const auto addSide = [&](size_t material) {
+                const size_t normal = addAccessor(p.vertexCount, "VEC3", kFloat, p.vertexCount * 12, kArrayBuffer);
+                const int indexType = p.hasShortIndices() ? kUnsignedShort : kUnsignedInt;
+                const size_t index = addAccessor(p.indexCount, "SCALAR", indexType,
+                                                 p.indexCount * (p.hasShortIndices() ? 2 : 4), kElementArrayBuffer);
+                primitives.push_back(
+                    {{"attributes", {{"POSITION", position}, {"NORMAL", normal}, {"TEXCOORD_0", coordinate}}},
+                     {"indices", index},
+                     {"material", material}});
+            };
+            addSide(p.material);
+            if (p.back) addSide(*p.back);
         }
         document["meshes"].push_back({{"name", mesh.name}, {"primitives", std::move(primitives)}});
         if (options->foliage != FoliageForm::Instances || mesh.copies.empty()) return;
@@ -283,6 +296,7 @@ private:
     {
         Json used = Json::array();
         if (levels.size() > 1) used.push_back(kLevels);
+        for (const std::string& name : materials.extensions()) used.push_back(name);
         const auto hasInstances = [](const GltfMesh& mesh) { return !mesh.instances.empty(); };
         for (const GltfLevel& level : levels) {
             if (!std::ranges::any_of(level, hasInstances)) continue;
@@ -302,8 +316,6 @@ private:
         return false;
     }
 
-    Json textureInfo(size_t image) const { return {{"index", image}}; } // textures and images pair up one to one
-
     void describeMaterials()
     {
         if (!scene->finest().cloud.isEmpty()) {
@@ -311,28 +323,7 @@ private:
                 {{{"name", "points"}, {"pbrMetallicRoughness", {{"metallicFactor", 0}, {"roughnessFactor", 1}}}}});
             return;
         }
-        for (const SceneMaterial& material : scene->materials) {
-            const GltfBaseTexture base = images.addBaseTexture(material);
-            const vdt::Color3f& c = material.color;
-            Json surface = {
-                {"baseColorFactor",
-                 {AsWritten(LinearFromSrgb(c.r)), AsWritten(LinearFromSrgb(c.g)), AsWritten(LinearFromSrgb(c.b)), 1}}};
-            if (base.hasColor) surface["baseColorFactor"] = {1, 1, 1, 1};
-            if (base.image) surface["baseColorTexture"] = textureInfo(*base.image);
-            surface["metallicFactor"] = 0;
-            surface["roughnessFactor"] = AsWritten(material.roughness);
-
-            Json described = {{"name", material.name}, {"pbrMetallicRoughness", std::move(surface)}};
-            if (const auto normal = images.add(material.normalTexture))
-                described["normalTexture"] = textureInfo(*normal);
-            if (base.cutOut) {
-                described["alphaMode"] = "MASK";
-                described["alphaCutoff"] = kAlphaCutoff;
-            }
-            if (material.twoSided) described["doubleSided"] = true;
-            described["extras"] = {{"matid", material.matid}};
-            document["materials"].push_back(std::move(described));
-        }
+        document["materials"] = materials.describe();
     }
 
     void describeImages()
@@ -440,7 +431,7 @@ private:
                 for (const Primitive& primitive : mesh.primitives) {
                     if (messages->isCancelled()) return;
                     writePrimitive(file, primitive);
-                    done += primitive.vertexCount * 32 + primitive.indexBytes();
+                    done += primitive.bytes();
                     messages->progress(static_cast<float>(done) / static_cast<float>(bufferSize));
                 }
                 if (!mesh.instances.empty()) writeInstances(file, mesh.copies);
@@ -482,16 +473,11 @@ private:
     void writePrimitive(OutputFile& file, const Primitive& primitive)
     {
         vdt::Array<Float3> placed;
-        const auto writePlaced = [&](const vdt::Array<Float3>& values, auto place) {
-            placed.resize(values.size());
-            std::ranges::transform(values, placed.begin(), place);
+        forEachCopy(primitive, [&](const TriangleMesh& triangles, const Placer& placer) {
+            placed.resize(triangles.positions.size());
+            std::ranges::transform(triangles.positions, placed.begin(),
+                                   [&](const Float3& p) { return placer.point(p); });
             file.writeAll(placed);
-        };
-        forEachCopy(primitive, [&](const TriangleMesh& triangles, const Placer& placer) {
-            writePlaced(triangles.positions, [&](const Float3& p) { return placer.point(p); });
-        });
-        forEachCopy(primitive, [&](const TriangleMesh& triangles, const Placer& placer) {
-            writePlaced(triangles.normals, [&](const Float3& n) { return placer.normal(n); });
         });
         vdt::Array<vdt::Vector2f> flipped;
         for (const Piece& piece : primitive.pieces) {
@@ -499,21 +485,37 @@ private:
             for (vdt::Vector2f& coordinate : flipped) coordinate.v = 1 - coordinate.v; // v runs down in glTF
             for (size_t i = 0; i < piece.copies.size(); ++i) file.writeAll(flipped);
         }
+        writeSide(file, primitive, false);
+        if (primitive.back) writeSide(file, primitive, true);
+    }
+
+    // What the front, or the back, does not share with the other.
+    void writeSide(OutputFile& file, const Primitive& primitive, bool isBack)
+    {
+        vdt::Array<Float3> placed;
+        forEachCopy(primitive, [&](const TriangleMesh& triangles, const Placer& placer) {
+            placed.resize(triangles.normals.size());
+            std::ranges::transform(triangles.normals, placed.begin(), [&](const Float3& normal) {
+                const Float3 n = placer.normal(normal);
+                return isBack ? Float3{-n.x, -n.y, -n.z} : n;
+            });
+            file.writeAll(placed);
+        });
         if (primitive.hasShortIndices())
-            writeIndices<uint16_t>(file, primitive);
+            writeIndices<uint16_t>(file, primitive, isBack);
         else
-            writeIndices<uint32_t>(file, primitive);
+            writeIndices<uint32_t>(file, primitive, isBack);
         file.align();
     }
 
-    template <class Index> void writeIndices(OutputFile& file, const Primitive& primitive)
+    template <class Index> void writeIndices(OutputFile& file, const Primitive& primitive, bool isBack)
     {
         vdt::Array<Index> indices;
         uint64_t base = 0;
         forEachCopy(primitive, [&](const TriangleMesh& triangles, const Placer& placer) {
             indices.resize(triangles.indices.size());
             for (size_t i = 0; i < indices.size(); ++i) indices[i] = static_cast<Index>(base + triangles.indices[i]);
-            if (placer.mirrors())
+            if (placer.mirrors() != isBack)
                 for (size_t i = 0; i + 2 < indices.size(); i += 3) std::swap(indices[i + 1], indices[i + 2]);
             base += triangles.positions.size();
             file.writeAll(indices);
@@ -565,6 +567,7 @@ private:
     bool binary;
     TextureFiles textureFiles;
     GltfImages images;
+    GltfMaterials materials;
     std::vector<GltfLevel> levels;
     Json document;
     uint64_t bufferSize = 0;

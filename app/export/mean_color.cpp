@@ -7,15 +7,14 @@
 
 namespace verdanth {
 
-vdt::Color3f MeanColor(const SceneMaterial& material)
+vdt::Color3f MeanColor(const SceneSide& side, const std::string& alphaTexture)
 {
     std::string problem;
     std::optional<Picture> picture;
-    if (!material.colorTexture.empty()) picture = ReadPng(material.colorTexture, problem);
-    if (!picture) return material.color;
-    if (!material.alphaTexture.empty() && material.alphaTexture != material.colorTexture)
-        if (const std::optional<Picture> mask = ReadPng(material.alphaTexture, problem))
-            picture = WithAlphaOf(*picture, *mask);
+    if (!side.colorTexture.empty()) picture = ReadPng(side.colorTexture, problem);
+    if (!picture) return side.color;
+    if (!alphaTexture.empty() && alphaTexture != side.colorTexture)
+        if (const std::optional<Picture> mask = ReadPng(alphaTexture, problem)) picture = WithAlphaOf(*picture, *mask);
 
     std::array<double, 256> light;
     for (size_t byte = 0; byte < light.size(); ++byte) light[byte] = LinearFromSrgb(static_cast<float>(byte) / 255);
@@ -26,7 +25,7 @@ vdt::Color3f MeanColor(const SceneMaterial& material)
         for (int channel = 0; channel < 3; ++channel) sums[channel] += light[pixel[channel]] * pixel[3];
         weight += pixel[3];
     }
-    if (weight == 0) return material.color;
+    if (weight == 0) return side.color;
     const auto mean = [&](int channel) { return SrgbFromLinear(static_cast<float>(sums[channel] / weight)); };
     return {mean(0), mean(1), mean(2)};
 }

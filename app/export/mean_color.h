@@ -5,8 +5,14 @@
 
 namespace verdanth {
 
-/// The mean of the colour texture's light where the surface is not cut out; without a texture that can be read, the
-/// material's colour. sRGB.
-vdt::Color3f MeanColor(const SceneMaterial& material);
+/// The mean of the colour texture's light where `alphaTexture`, or the colour texture's own alpha if there is none,
+/// cuts nothing out; without a colour texture that can be read, the side's colour. sRGB.
+vdt::Color3f MeanColor(const SceneSide& side, const std::string& alphaTexture);
+
+/// Of the front.
+inline vdt::Color3f MeanColor(const SceneMaterial& material)
+{
+    return MeanColor(material, material.alphaTexture);
+}
 
 } // namespace verdanth

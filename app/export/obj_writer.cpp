@@ -156,7 +156,8 @@ private:
             const std::string color = placedTexture(material.colorTexture);
             file.text("\nnewmtl " + materialNames[i] + "\n");
             writeColor(file, "Kd", color.empty() ? material.color : vdt::Color3f{1, 1, 1});
-            writeColor(file, "Ks", material.specularColor);
+            const std::string highlight = placedTexture(material.specularTexture);
+            writeColor(file, "Ks", highlight.empty() ? material.specularColor : vdt::Color3f{1, 1, 1});
             file.text("Ns ");
             file.number(shininess(material.roughness));
             file.text("\nPr ");
@@ -164,7 +165,7 @@ private:
             file.text("\nd 1\nillum 2\n");
             writeMap(file, "map_Kd", color);
             writeMap(file, "map_d", placedTexture(material.alphaTexture));
-            writeMap(file, "map_Ks", placedTexture(material.specularTexture));
+            writeMap(file, "map_Ks", highlight);
             writeMap(file, "norm", placedTexture(material.normalTexture));
             const std::string bump = placedTexture(material.bumpTexture);
             LineBuffer strength;
@@ -195,9 +196,11 @@ private:
     void placeTextures()
     {
         std::string problem; // told when the texture is named
-        for (const SceneMaterial& material : scene->materials)
-            for (const std::string& texture : material.textures())
+        for (const SceneMaterial& material : scene->materials) {
+            for (const std::string& texture : material.SceneSide::textures())
                 if (!texture.empty()) textureFiles.place(texture, problem);
+            if (!material.alphaTexture.empty()) textureFiles.place(material.alphaTexture, problem);
+        }
     }
 
     std::string placedTexture(const std::string& texture)

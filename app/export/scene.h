@@ -9,6 +9,7 @@
 #include "vdt/memory/array.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -76,26 +77,46 @@ struct SceneCloud {
     bool isEmpty() const { return positions.empty(); }
 };
 
-/// Texture paths name files that can be read, or are empty.
-struct SceneMaterial {
-    int32_t matid = 0;
-    std::string name;   // never empty
+/// How much of the records' looks is taken over.
+enum class MaterialQuality {
+    Low,    // colours alone; where there is a picture, its mean
+    Medium, // pictures of colour, cut-out and relief
+    High,   // also pictures of highlights, and all that shines through
+};
+
+/// How one side of a surface looks. Texture paths name files that can be read, or are empty.
+struct SceneSide {
     vdt::Color3f color; // sRGB
     std::string colorTexture;
-    std::string alphaTexture; // may be the colour texture, for its alpha channel
     std::string normalTexture;
-    std::string bumpTexture;
-    float bumpStrength = 0;
-    vdt::Color3f specularColor; // sRGB
-    std::string specularTexture;
-    float roughness = 1; // 0 for a mirror to 1 for matt
-    bool twoSided = false;
+    std::string bumpTexture;     // heights
+    float bumpStrength = 0;      // 0 without a texture
+    vdt::Color3f specularColor;  // sRGB
+    std::string specularTexture; // in the colour's place
+    float roughness = 1;         // 0 for a mirror to 1 for matt; 1 where there is no highlight
 
     /// All its texture paths, empty ones included.
-    std::vector<std::string> textures() const
-    {
-        return {colorTexture, alphaTexture, normalTexture, bumpTexture, specularTexture};
-    }
+    std::vector<std::string> textures() const { return {colorTexture, normalTexture, bumpTexture, specularTexture}; }
+};
+
+/// A material, and how its front looks.
+struct SceneMaterial : SceneSide {
+    int32_t matid = 0;
+    std::string name;         // never empty
+    std::string alphaTexture; // may be the colour texture, for its alpha channel
+    bool twoSided = false;
+    std::optional<SceneSide> back; // if it looks other than the front
+
+    // Of the light that a thin surface does not swallow, the share that goes on behind it, and in which colour. The
+    // rest comes back in the colour of the side that is lit. One-sided materials let nothing through.
+    float transmission = 0;
+    vdt::Color3f transmissionColor;  // sRGB
+    std::string transmissionTexture; // in the colour's place
+
+    std::string extras; // a JSON object for the reader of a file that can hold one; empty for none
+
+    /// All its texture paths, empty ones included.
+    std::vector<std::string> textures() const;
 };
 
 /// One form of the plant. Its meshes name materials by their place in the scene's list.

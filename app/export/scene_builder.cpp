@@ -132,6 +132,15 @@ vdt::Matrix Placement::matrix() const
     return result;
 }
 
+std::vector<std::string> SceneMaterial::textures() const
+{
+    std::vector<std::string> paths = SceneSide::textures();
+    paths.insert(paths.end(), {alphaTexture, transmissionTexture});
+    if (!back) return paths;
+    for (std::string& path : back->textures()) paths.push_back(std::move(path));
+    return paths;
+}
+
 std::string LevelSuffix(const Scene& scene, size_t level)
 {
     return scene.levels.size() > 1 ? "_LOD" + std::to_string(level) : std::string();
@@ -146,8 +155,7 @@ void NameScene(const SceneRequest& request, Scene& scene)
 
 bool FinishScene(const Scene& scene, uint64_t dropped, vdt::MessageHandler& messages)
 {
-    if (dropped > 0)
-        messages.warning(std::to_string(dropped) + " polygons are left out: their corners are not at finite positions");
+    TellOfDroppedPolygons(dropped, messages);
     if (std::none_of(scene.levels.begin(), scene.levels.end(), isEmpty)) return true;
     messages.error("the variant has nothing to show: neither branches nor foliage");
     return false;
@@ -156,7 +164,7 @@ bool FinishScene(const Scene& scene, uint64_t dropped, vdt::MessageHandler& mess
 bool BuildScene(const SceneRequest& request, Scene& scene, vdt::MessageHandler& messages)
 {
     NameScene(request, scene);
-    SceneMaterials materials(request.model, request.season, scene.materials, messages);
+    SceneMaterials materials(request.model, request.season, scene.materials, messages, request.quality);
     uint64_t dropped = 0;
     messages.beginProgress("building the plant");
     if (request.form == PlantForm::Full) {

@@ -36,6 +36,7 @@ struct SceneRequest {
     bool uniform = false;                 // round all branches alike
     std::vector<PlantDetail> details{{}}; // one a level of the scene, for the full plant; other forms have one level
     uint64_t cloudPoints = 100000;
+    MaterialQuality quality = MaterialQuality::High;
 };
 
 /// Names the scene after the plant. Every builder of one begins with this.

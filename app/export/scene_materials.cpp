@@ -1,7 +1,9 @@
 #include "export/scene_materials.h"
 
 #include "console/text_table.h"
+#include "export/mean_color.h"
 #include "export/picture.h"
+#include "export/srgb.h"
 
 #include <algorithm>
 #include <cmath>
@@ -19,12 +21,29 @@ template <class Color> vdt::Color3f clamped(const Color& color)
     return {unitRange(color.r), unitRange(color.g), unitRange(color.b)};
 }
 
-// A highlight is as strong as its colour and as narrow as its roughness says; without one the surface is matt.
-float roughnessOf(const vdt::MaterialSide& side)
+bool isBlack(const vdt::Color3f& color)
 {
-    const vdt::Color3f color = clamped(side.specularColor);
-    const float strength = side.specularTexture.empty() ? std::max({color.r, color.g, color.b}) : 1;
-    return 1 - strength * (1 - unitRange(side.specularRoughness));
+    return color == vdt::Color3f{0, 0, 0};
+}
+
+// How light a colour seems, as its numbers tell: of sRGB.
+float luma(const vdt::Color3f& color)
+{
+    return 0.2126F * color.r + 0.7152F * color.g + 0.0722F * color.b;
+}
+
+float brightest(const vdt::Color3f& color)
+{
+    return std::max({color.r, color.g, color.b});
+}
+
+// `color` as light as the brighter of the two, with its own hue.
+vdt::Color3f liftedTo(const vdt::Color3f& color, const vdt::Color3f& other)
+{
+    if (brightest(color) >= brightest(other)) return color;
+    const float factor = LinearFromSrgb(brightest(other)) / LinearFromSrgb(brightest(color));
+    const auto lifted = [&](float channel) { return SrgbFromLinear(unitRange(LinearFromSrgb(channel) * factor)); };
+    return {lifted(color.r), lifted(color.g), lifted(color.b)};
 }
 
 } // namespace
@@ -52,21 +71,57 @@ SceneMaterial SceneMaterials::convert(int32_t matid)
         return material;
     }
 
-    const vdt::MaterialSide& front = found->front;
+    const bool isPlain = quality == MaterialQuality::Low;
+    const std::string alphaTexture = usable(found->alphaTexture, MaterialQuality::Low);
+    static_cast<SceneSide&>(material) = convertSide(found->front, alphaTexture);
     if (!found->name.empty()) material.name = found->name;
-    material.color = clamped(front.diffuseColor);
-    material.colorTexture = usable(front.diffuseTexture);
-    material.alphaTexture = usable(found->alphaTexture);
-    material.normalTexture = usable(front.normalTexture);
-    material.bumpTexture = usable(front.bumpTexture);
-    material.bumpStrength = std::isfinite(front.bumpStrength) ? front.bumpStrength : 0;
-    material.specularColor = clamped(front.specularColor);
-    material.specularTexture = usable(front.specularTexture);
-    material.roughness = roughnessOf(front);
+    if (!isPlain) material.alphaTexture = alphaTexture;
     material.twoSided = found->back() != nullptr;
-    if (found->hasSeparateBack() && *found->back() != front)
-        messages->message("material \"" + material.name + "\": its back is shown like its front");
+    if (found->hasSeparateBack() && *found->back() != found->front)
+        material.back = convertSide(*found->back(), alphaTexture);
+    if (material.twoSided && quality == MaterialQuality::High) addTransmission(*found, material);
     return material;
+}
+
+SceneSide SceneMaterials::convertSide(const vdt::MaterialSide& source, const std::string& alphaTexture)
+{
+    SceneSide side;
+    side.color = clamped(source.diffuseColor);
+    side.colorTexture = usable(source.diffuseTexture, MaterialQuality::Low);
+    side.specularColor = clamped(source.specularColor);
+    side.specularTexture = usable(source.specularTexture, MaterialQuality::High);
+    const bool isGlossy = !side.specularTexture.empty() || !isBlack(side.specularColor);
+    side.roughness = isGlossy ? unitRange(source.specularRoughness) : 1;
+    if (quality == MaterialQuality::Low) {
+        side.color = MeanColor(side, alphaTexture);
+        side.colorTexture.clear();
+        return side;
+    }
+    side.normalTexture = usable(source.normalTexture);
+    const bool isBumpy = std::isfinite(source.bumpStrength) && source.bumpStrength != 0;
+    if (isBumpy) side.bumpTexture = usable(source.bumpTexture);
+    if (!side.bumpTexture.empty()) side.bumpStrength = source.bumpStrength;
+    return side;
+}
+
+// A surface swallows as much of the light that goes through as of the light that comes back. How much that is, the
+// diffuse colour tells; which part of the rest goes through, the subsurface colour beside it. A leaf that lets through
+// as much as it gives back has two colours equally light.
+void SceneMaterials::addTransmission(const vdt::MaterialData& source, SceneMaterial& material)
+{
+    const vdt::Color3f diffuse = clamped(source.front.diffuseColor);
+    vdt::Color3f inner = clamped(source.subsurfaceColor);
+    const std::string texture = usable(source.subsurfaceTexture);
+    if (isBlack(inner) && !texture.empty()) {
+        SceneSide picture;
+        picture.color = diffuse; // of a picture that others can read
+        picture.colorTexture = texture;
+        inner = MeanColor(picture, {});
+    }
+    if (isBlack(inner)) return;
+    material.transmission = luma(inner) / (luma(inner) + luma(diffuse));
+    material.transmissionColor = liftedTo(inner, diffuse);
+    material.transmissionTexture = texture;
 }
 
 SceneMaterial SceneMaterials::crownMaterial() const
@@ -84,10 +139,10 @@ SceneMaterial SceneMaterials::crownMaterial() const
     return material;
 }
 
-// The path if the picture can be used; else empty, with a warning the first time.
-std::string SceneMaterials::usable(const std::string& path)
+// The path if the picture is wanted, and can be used; else empty, with a warning the first time if it cannot.
+std::string SceneMaterials::usable(const std::string& path, MaterialQuality least)
 {
-    if (path.empty()) return {};
+    if (path.empty() || quality < least) return {};
     const auto [entry, isNew] = usablePictures.emplace(path, false);
     if (isNew) {
         std::string problem;

@@ -17,13 +17,14 @@ constexpr int32_t kCrownMaterial = -1;
 class SceneMaterials {
 public:
     /// Materials are appended to `target`, each read from the model when it is first asked for. What the model lacks
-    /// is told and becomes grey.
+    /// is told and becomes grey; a picture that cannot be used is told once and left out.
     SceneMaterials(const vdt::Model& source, std::string shownSeason, std::vector<SceneMaterial>& target,
-                   vdt::MessageHandler& handler)
+                   vdt::MessageHandler& handler, MaterialQuality wantedQuality = MaterialQuality::High)
         : model(&source),
           season(std::move(shownSeason)),
           materials(&target),
-          messages(&handler)
+          messages(&handler),
+          quality(wantedQuality)
     {
     }
 
@@ -33,13 +34,16 @@ public:
 
 private:
     SceneMaterial convert(int32_t matid);
+    SceneSide convertSide(const vdt::MaterialSide& side, const std::string& alphaTexture);
+    void addTransmission(const vdt::MaterialData& source, SceneMaterial& material);
     SceneMaterial crownMaterial() const;
-    std::string usable(const std::string& path);
+    std::string usable(const std::string& path, MaterialQuality least = MaterialQuality::Medium);
 
     const vdt::Model* model;
     std::string season;
     std::vector<SceneMaterial>* materials;
     vdt::MessageHandler* messages;
+    MaterialQuality quality;
     std::map<int32_t, uint32_t> indices;
     std::map<std::string, bool> usablePictures;
     int32_t lastId = 0;

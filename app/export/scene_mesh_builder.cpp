@@ -118,4 +118,10 @@ void SceneMeshBuilder::finish()
     }
 }
 
+void TellOfDroppedPolygons(uint64_t dropped, vdt::MessageHandler& messages)
+{
+    if (dropped > 0)
+        messages.warning(std::to_string(dropped) + " polygons are left out: their corners are not at finite positions");
+}
+
 } // namespace verdanth

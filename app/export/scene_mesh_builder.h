@@ -3,6 +3,7 @@
 
 #include "export/scene.h"
 #include "vdt/mesh/mesh_accessors.h"
+#include "vdt/messages/message_handler.h"
 
 #include <functional>
 
@@ -40,5 +41,8 @@ private:
     std::vector<uint32_t> nextVertex;  // one a vertex: another one on its point
     std::vector<uint32_t> polygon;     // the one under construction
 };
+
+/// Warns of polygons that builders dropped, if there are any.
+void TellOfDroppedPolygons(uint64_t dropped, vdt::MessageHandler& messages);
 
 } // namespace verdanth

@@ -38,7 +38,6 @@ HostSession::~HostSession() = default;
 bool HostSession::start(const std::string& library, Console& console)
 {
     host::ApplicationOptions options;
-    options.startupFolder = ProgramFolder();
     options.console = [&console](std::string_view line) { console.message(line); };
     application = std::make_unique<host::Application>(std::move(options));
     host::Modules& modules = application->part<host::Modules>();

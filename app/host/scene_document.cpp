@@ -240,9 +240,7 @@ bool ReadDocument(BaseDocument& document, const std::string& libraryFolder, Scen
         if (!console.isCancelled()) reader.add(object);
     });
     if (console.isCancelled()) return false;
-    if (reader.droppedPolygons > 0)
-        console.warning(std::to_string(reader.droppedPolygons) +
-                        " polygons are left out: their corners are not at finite positions");
+    TellOfDroppedPolygons(reader.droppedPolygons, console);
     if (!scene.levels.back().foliage.empty()) return true;
     console.error("the scene has nothing to show");
     return false;

@@ -1,5 +1,7 @@
 #include "picture/texture.h"
 
+#include "export/relief.h"
+
 #include <array>
 
 namespace verdanth {
@@ -96,15 +98,27 @@ float Texture::opacity(const vdt::Vector2f& coordinate) const
 
 const Texture* TextureStore::find(const std::string& path)
 {
-    if (path.empty()) return nullptr;
-    const auto [entry, isNew] = textures.emplace(path, nullptr);
-    if (isNew) {
-        std::string problem;
-        if (std::optional<Picture> picture = ReadPng(path, problem))
-            entry->second = std::make_unique<Texture>(std::move(*picture));
-        else
-            messages->warning("texture " + path + " " + problem + "; it is left out of the picture");
-    }
+    return path.empty() ? nullptr : findMade(path, 0);
+}
+
+const Texture* TextureStore::findRelief(const SceneSide& side)
+{
+    if (!side.normalTexture.empty()) return find(side.normalTexture);
+    return side.bumpTexture.empty() ? nullptr : findMade(side.bumpTexture, side.bumpStrength);
+}
+
+// The picture, or with a strength other than 0 the normals of its heights.
+const Texture* TextureStore::findMade(const std::string& path, float bumpStrength)
+{
+    const auto [entry, isNew] = textures.emplace(std::pair(path, bumpStrength), nullptr);
+    if (!isNew) return entry->second.get();
+    std::string problem;
+    std::optional<Picture> picture = ReadPng(path, problem);
+    if (picture && bumpStrength != 0) picture = NormalsOfHeights(*picture, bumpStrength);
+    if (picture)
+        entry->second = std::make_unique<Texture>(std::move(*picture));
+    else
+        messages->warning("texture " + path + " " + problem + "; it is left out of the picture");
     return entry->second.get();
 }
 

@@ -36,10 +36,14 @@ public:
     explicit TextureStore(vdt::MessageHandler& handler) : messages(&handler) {}
 
     const Texture* find(const std::string& path);
+    /// The side's normals; without such a picture those of its heights.
+    const Texture* findRelief(const SceneSide& side);
 
 private:
+    const Texture* findMade(const std::string& path, float bumpStrength);
+
     vdt::MessageHandler* messages;
-    std::map<std::string, std::unique_ptr<Texture>> textures;
+    std::map<std::pair<std::string, float>, std::unique_ptr<Texture>> textures; // by path and strength; 0: as it is
 };
 
 } // namespace verdanth

@@ -12,7 +12,6 @@ namespace {
 
 constexpr float kNearest = 1e-5F;       // a ray does not meet what it starts from
 constexpr float kCutOff = 0.5F;         // less opacity is none
-constexpr float kPassingShare = 0.3F;   // of the light on a leaf, what goes on behind it
 constexpr double kFarthestPlant = 1e15; // metres; what lies beyond is no part of a picture
 
 bool isInReach(const vdt::Vector3& p)
@@ -84,6 +83,24 @@ RTCRay rayOf(const SceneRay& ray)
     return result;
 }
 
+// `normal` with the relief of a texture: `relief` has its parts along u, along v and away from the surface.
+Float3 bent(const TriangleMesh& triangles, const uint32_t* corner, const Float3& normal, const Float3& relief)
+{
+    // The directions in which u and v grow along the triangle.
+    const Float3 sideB = triangles.positions[corner[1]] - triangles.positions[corner[0]];
+    const Float3 sideC = triangles.positions[corner[2]] - triangles.positions[corner[0]];
+    const vdt::Vector2f& a = triangles.coordinates[corner[0]];
+    const vdt::Vector2f& b = triangles.coordinates[corner[1]];
+    const vdt::Vector2f& c = triangles.coordinates[corner[2]];
+    const float turn = (b.u - a.u) * (c.v - a.v) - (c.u - a.u) * (b.v - a.v);
+    const Float3 alongU = (sideB * (c.v - a.v) - sideC * (b.v - a.v)) * (turn < 0 ? -1.0F : 1.0F);
+    const Float3 alongV = (sideC * (b.u - a.u) - sideB * (c.u - a.u)) * (turn < 0 ? -1.0F : 1.0F);
+    const Float3 tangent = Normalized(alongU - normal * Dot(alongU, normal));
+    const Float3 across = Cross(normal, tangent);
+    const Float3 bitangent = Dot(across, alongV) < 0 ? -across : across;
+    return Normalized(tangent * relief.x + bitangent * relief.y + normal * relief.z);
+}
+
 struct ShadowContext {
     RTCIntersectContext base;
     uint32_t seed;
@@ -91,14 +108,22 @@ struct ShadowContext {
 
 } // namespace
 
-struct TracedScene::Material {
+struct TracedScene::Side {
     Light color;
-    const Texture* colorTexture = nullptr;
+    const Texture* colorTexture;
+    const Texture* relief;
+    Light gloss;
+    const Texture* glossTexture;
+    float roughness;
+};
+
+struct TracedScene::Material {
+    Side front;
+    std::optional<Side> back{}; // if it looks other than the front
     const Texture* mask = nullptr;
-    const Texture* relief = nullptr;
-    Light gloss{0, 0, 0};
-    float roughness = 1;
-    bool isLeaf = false;
+    float transmission = 0; // what goes through of the light that is not swallowed
+    Light transmissionColor{0, 0, 0};
+    const Texture* transmissionTexture = nullptr;
 };
 
 struct TracedScene::Piece {
@@ -192,19 +217,23 @@ void TracedScene::addMaterials(const Scene& scene, vdt::MessageHandler& messages
     messages.beginProgress("reading textures");
     materials.reserve(scene.materials.size());
     for (const SceneMaterial& source : scene.materials) {
-        Material material;
-        material.color = LightOfSrgb(source.color);
-        material.colorTexture = textures.find(source.colorTexture);
+        Material material{sideOf(source)};
+        if (source.back) material.back = sideOf(*source.back);
         material.mask = textures.find(source.alphaTexture);
         if (source.alphaTexture == source.colorTexture && material.mask && !material.mask->hasAlpha())
             material.mask = nullptr; // a picture without alpha cuts nothing out of itself
-        material.relief = textures.find(source.normalTexture);
-        material.gloss = LightOfSrgb(source.specularColor);
-        material.roughness = source.roughness;
-        material.isLeaf = source.twoSided;
+        material.transmission = source.transmission;
+        material.transmissionColor = LightOfSrgb(source.transmissionColor);
+        material.transmissionTexture = textures.find(source.transmissionTexture);
         materials.push_back(material);
     }
     messages.endProgress();
+}
+
+TracedScene::Side TracedScene::sideOf(const SceneSide& source)
+{
+    return {LightOfSrgb(source.color),         textures.find(source.colorTexture),    textures.findRelief(source),
+            LightOfSrgb(source.specularColor), textures.find(source.specularTexture), source.roughness};
 }
 
 std::unique_ptr<TracedScene::Mesh> TracedScene::makeMesh(const SceneMesh& source, bool isBody) const
@@ -238,7 +267,7 @@ void TracedScene::attachPiece(const Piece& piece, const vdt::Array<Float3>& posi
             for (const uint32_t index : indices) *corner++ = static_cast<uint32_t>(copy * pointCount + index);
         rtcSetGeometryUserData(geometry, const_cast<Piece*>(&piece));
         if (piece.material->mask) rtcSetGeometryIntersectFilterFunction(geometry, rejectCutOut);
-        if (piece.material->mask || piece.material->isLeaf)
+        if (piece.material->mask || piece.material->transmission > 0)
             rtcSetGeometryOccludedFilterFunction(geometry, letLightThrough);
         rtcCommitGeometry(geometry);
         rtcAttachGeometryByID(target, geometry, static_cast<unsigned>(number));
@@ -353,7 +382,7 @@ void TracedScene::letLightThrough(const RTCFilterFunctionNArguments* arguments)
     filterHits(arguments, [&](const RTCHit& hit) {
         // The chance hangs on ray and triangle, not on the order in which the ray meets them.
         const uint32_t chance = HashBits(seed ^ HashBits(hit.primID + HashBits(hit.geomID + HashBits(hit.instID[0]))));
-        if (piece.material->isLeaf && static_cast<float>(chance >> 8) * 0x1p-24F < kPassingShare) return true;
+        if (static_cast<float>(chance >> 8) * 0x1p-24F < piece.material->transmission) return true;
         return piece.material->mask && piece.isCutOut(hit);
     });
 }
@@ -439,45 +468,41 @@ void TracedScene::describeTriangle(const RTCHit& hit, const Float3& direction, S
 
     Float3 normal = Normalized(triangles.normals[corner[0]] * (1 - hit.u - hit.v) +
                                triangles.normals[corner[1]] * hit.u + triangles.normals[corner[2]] * hit.v);
-    if (material.relief) {
-        // The directions in which u and v grow along the triangle.
-        const Float3 sideB = triangles.positions[corner[1]] - triangles.positions[corner[0]];
-        const Float3 sideC = triangles.positions[corner[2]] - triangles.positions[corner[0]];
-        const vdt::Vector2f& a = triangles.coordinates[corner[0]];
-        const vdt::Vector2f& b = triangles.coordinates[corner[1]];
-        const vdt::Vector2f& c = triangles.coordinates[corner[2]];
-        const float turn = (b.u - a.u) * (c.v - a.v) - (c.u - a.u) * (b.v - a.v);
-        const Float3 alongU = (sideB * (c.v - a.v) - sideC * (b.v - a.v)) * (turn < 0 ? -1.0F : 1.0F);
-        const Float3 tangent = Normalized(alongU - normal * Dot(alongU, normal));
-        const Float3 bitangent = Cross(normal, tangent) * (turn < 0 ? -1.0F : 1.0F);
-        const Float3 bent = material.relief->raw(coordinate) * 2 - Float3{1, 1, 1};
-        normal = Normalized(tangent * bent.x + bitangent * bent.y + normal * bent.z);
-    }
-    Float3 flat{hit.Ng_x, hit.Ng_y, hit.Ng_z};
-    if (part.firstTurn != vdt::kNone) {
-        const Turn& turn = turns[part.firstTurn + (isInstance ? 0 : hit.primID / piece.triangleCount())];
-        normal = turn(normal);
-        if (isInstance) flat = turn(flat);
-    }
-    flat = Normalized(flat);
-    if (Dot(flat, normal) < 0) flat = -flat;
+    const auto turned = [&](const Float3& v) {
+        if (part.firstTurn == vdt::kNone) return v;
+        return turns[part.firstTurn + (isInstance ? 0 : hit.primID / piece.triangleCount())](v);
+    };
+    const Float3 geometric{hit.Ng_x, hit.Ng_y, hit.Ng_z};
+    Float3 flat = Normalized(isInstance ? turned(geometric) : geometric);
+    if (Dot(flat, turned(normal)) < 0) flat = -flat;
     const bool isBack = Dot(flat, direction) > 0;
     surface.flatNormal = isBack ? -flat : flat;
-    surface.normal = isBack ? -normal : normal;
 
-    // What a leaf lets through has the leaf's colour too; both together never give back more light than there was.
-    constexpr float kLeafReflection = 0.68F;
-    constexpr float kLeafTransmission = 0.6F;
-    const Light color = material.colorTexture ? material.colorTexture->color(coordinate) : material.color;
-    surface.reflection = color * (material.isLeaf ? kLeafReflection : 1);
-    surface.transmission = color * (material.isLeaf ? kLeafTransmission : 0);
-    const float most = std::max({color.x, color.y, color.z}) * (kLeafReflection + kLeafTransmission);
-    if (material.isLeaf && most > 1) {
-        surface.reflection = surface.reflection * (1 / most);
-        surface.transmission = surface.transmission * (1 / most);
+    // A back of its own has its relief on it; else the front's is seen from inside.
+    const bool hasOwnBack = isBack && material.back;
+    const Side& side = hasOwnBack ? *material.back : material.front;
+    if (hasOwnBack) normal = -normal;
+    if (side.relief) normal = bent(triangles, corner, normal, side.relief->raw(coordinate) * 2 - Float3{1, 1, 1});
+    normal = turned(normal);
+    surface.normal = isBack && !hasOwnBack ? -normal : normal;
+    describeLook(material, side, coordinate, surface);
+}
+
+void TracedScene::describeLook(const Material& material, const Side& side, const vdt::Vector2f& coordinate,
+                               Surface& surface) const
+{
+    const Light color = side.colorTexture ? side.colorTexture->color(coordinate) : side.color;
+    surface.reflection = color * (1 - material.transmission);
+    surface.transmission = {0, 0, 0};
+    if (material.transmission > 0) {
+        const Texture* texture = material.transmissionTexture;
+        const Light through = !texture                       ? material.transmissionColor
+                              : texture == side.colorTexture ? color
+                                                             : texture->color(coordinate);
+        surface.transmission = through * material.transmission;
     }
-    surface.gloss = material.gloss;
-    surface.roughness = material.roughness;
+    surface.gloss = side.glossTexture ? side.glossTexture->color(coordinate) : side.gloss;
+    surface.roughness = side.roughness;
 }
 
 void TracedScene::describeDisc(const RTCHit& hit, const Float3& direction, Surface& surface) const

@@ -30,7 +30,7 @@ struct Surface {
     Float3 flatNormal;  // of the triangle, to the side from which the ray came
     Float3 normal;      // the same rounded, and with the texture's relief
     Light reflection;   // of white light, the part that comes back
-    Light transmission; // of white light, the part that shines through; black for what is no leaf
+    Light transmission; // of white light, the part that shines through; black for what is not thin
     Light gloss;        // of a highlight
     float roughness;
 };
@@ -55,13 +55,14 @@ public:
     /// The same for up to kBundle rays that run nearly alike, which goes faster. Bit i of the result tells whether ray
     /// i has met a surface.
     uint32_t intersectBundle(std::span<const SceneRay> rays, std::span<Surface> surfaces) const;
-    /// True if something keeps the light off. Leaves let some of it pass, by a chance that `seed` decides.
+    /// True if something keeps the light off. Thin surfaces let some of it pass, by a chance that `seed` decides.
     bool isOccluded(const SceneRay& ray, uint32_t seed) const;
 
     /// Points that span the whole plant.
     const std::vector<Float3>& outline() const { return outlinePoints; }
 
 private:
+    struct Side;
     struct Material;
     struct Piece; // the triangles of one mesh that share a material
     struct Mesh;
@@ -86,6 +87,7 @@ private:
 
     void findSpace(const SceneLevel& plant);
     void addMaterials(const Scene& scene, vdt::MessageHandler& messages);
+    Side sideOf(const SceneSide& source);
     std::unique_ptr<Mesh> makeMesh(const SceneMesh& source, bool isBody) const;
     void attachPiece(const Piece& piece, const vdt::Array<Float3>& positions, RTCScene target, size_t number) const;
     void addFoliage(const SceneObject& source, uint64_t& copyBudget);
@@ -95,6 +97,8 @@ private:
     Float3 localPoint(const vdt::Vector3& meters) const;
     void describe(const RTCHit& hit, const SceneRay& ray, float distance, Surface& surface) const;
     void describeTriangle(const RTCHit& hit, const Float3& direction, Surface& surface) const;
+    void describeLook(const Material& material, const Side& side, const vdt::Vector2f& coordinate,
+                      Surface& surface) const;
     void describeDisc(const RTCHit& hit, const Float3& direction, Surface& surface) const;
 
     std::string failure;

@@ -30,20 +30,17 @@ public:
     Int32 GetIndexId(Int32 index) const;                         // NOTOK past the end
     GeData* GetIndexData(Int32 index) const;                     // null past the end
 
-    GeData* InsData(Int32 entry, const GeData& data);                          // appends
-    GeData* InsDataAfter(Int32 entry, const GeData& data, const GeData* last); // behind the entry of `last`
-    GeData* SetData(Int32 entry, const GeData& data);                          // overwrites or appends
-    const GeData& GetData(Int32 entry) const;                                  // nil if there is none
+    GeData* InsData(Int32 entry, const GeData& data); // appends
+    GeData* SetData(Int32 entry, const GeData& data); // overwrites or appends
+    const GeData& GetData(Int32 entry) const;         // nil if there is none
     const GeData* GetDataPointer(Int32 entry) const;
     Int32 GetType(Int32 entry) const;
 
     Bool GetBool(Int32 entry, Bool preset = false) const;
     Int32 GetInt32(Int32 entry, Int32 preset = 0) const;
-    UInt32 GetUInt32(Int32 entry, UInt32 preset = 0) const;
     Int64 GetInt64(Int32 entry, Int64 preset = 0) const;
     Float GetFloat(Int32 entry, Float preset = 0.0) const;
     Vector GetVector(Int32 entry, const Vector& preset = Vector()) const;
-    Matrix GetMatrix(Int32 entry, const Matrix& preset = Matrix()) const;
     String GetString(Int32 entry, const String& preset = String()) const;
     Filename GetFilename(Int32 entry, const Filename& preset = Filename()) const;
     BaseTime GetTime(Int32 entry, const BaseTime& preset = BaseTime()) const;
@@ -59,11 +56,9 @@ public:
 
     void SetBool(Int32 entry, Bool value);
     void SetInt32(Int32 entry, Int32 value);
-    void SetUInt32(Int32 entry, UInt32 value);
     void SetInt64(Int32 entry, Int64 value);
     void SetFloat(Int32 entry, Float value);
     void SetVector(Int32 entry, const Vector& value);
-    void SetMatrix(Int32 entry, const Matrix& value);
     void SetString(Int32 entry, const String& value);
     void SetFilename(Int32 entry, const Filename& value);
     void SetTime(Int32 entry, const BaseTime& value);

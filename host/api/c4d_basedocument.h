@@ -91,7 +91,6 @@ public:
     static void Free(BaseDocument*& document);
 
     BaseDocument* GetNext();
-    BaseDocument* GetPred();
 
     Filename GetDocumentName();
     void SetDocumentName(const Filename& name);
@@ -115,13 +114,10 @@ public:
 
     BaseObject* GetActiveObject(); // null if there is none or several
     BaseMaterial* GetActiveMaterial();
-    BaseTag* GetActiveTag();
     void GetActiveObjects(AtomArray& selection, GETACTIVEOBJECTFLAGS flags) const;
     void GetActiveMaterials(AtomArray& selection) const;
-    void GetActiveTags(AtomArray& selection) const;
     void SetActiveObject(BaseObject* object, Int32 mode = SELECTION_NEW);
     void SetActiveMaterial(BaseMaterial* material, Int32 mode = SELECTION_NEW);
-    void SetActiveTag(BaseTag* tag, Int32 mode = SELECTION_NEW);
 
     Bool StartUndo();
     Bool EndUndo();
@@ -139,7 +135,6 @@ public:
 
     BaseTime GetTime();
     void SetTime(const BaseTime& time);
-    Int32 GetFps() const;
 
     Bool GetChanged();
     void SetChanged();
@@ -151,7 +146,6 @@ protected:
 };
 
 BaseDocument* GetActiveDocument(); // may be null
-BaseDocument* GetFirstDocument();
 void InsertBaseDocument(BaseDocument* document);
 void SetActiveDocument(BaseDocument* document);
 void KillDocument(BaseDocument*& document);

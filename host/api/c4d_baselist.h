@@ -73,14 +73,6 @@ enum DIRTYFLAGS {
 };
 ENUM_END_FLAGS(DIRTYFLAGS)
 
-enum MULTIMSG_ROUTE {
-    MULTIMSG_ROUTE_NONE = 0,
-    MULTIMSG_ROUTE_UP = 1,
-    MULTIMSG_ROUTE_ROOT = 2,
-    MULTIMSG_ROUTE_DOWN = 3,
-    MULTIMSG_ROUTE_BROADCAST = 4
-} ENUM_END_LIST(MULTIMSG_ROUTE);
-
 #define MSG_POINTS_CHANGED 1
 #define MSG_POLYGONS_CHANGED 2
 #define MSG_UPDATE 5
@@ -146,15 +138,11 @@ enum MULTIMSG_ROUTE {
 class C4DAtom {
 public:
     Int32 GetType() const;
-    Int32 GetRealType() const;
-    Int32 GetDiskType() const;
-    Int32 GetClassification() const;
     /// True for the own type and for all base types.
     Bool IsInstanceOf(Int32 id) const;
 
     /// Synchronous, on the caller's thread.
     Bool Message(Int32 type, void* data = nullptr);
-    Bool MultiMessage(MULTIMSG_ROUTE flags, Int32 type, void* data);
 
     C4DAtom* GetClone(COPYFLAGS flags, AliasTrans* trn); // the caller's; null on failure
     Bool CopyTo(C4DAtom* dst, COPYFLAGS flags, AliasTrans* trn);
@@ -197,7 +185,6 @@ public:
     void InsertUnderLast(GeListNode* node);
     /// Takes the node out of its list; it is the caller's then.
     void Remove();
-    GeListHead* GetListHead();
 
     /// The plug-in's instance behind the node; null for the host's own nodes.
     NodeData* GetNodeData(Int32 index = 0);
@@ -215,11 +202,7 @@ protected:
 class GeListHead : public GeListNode {
 public:
     GeListNode* GetFirst();
-    GeListNode* GetLast();
-    void InsertFirst(GeListNode* node);
     void InsertLast(GeListNode* node);
-    void FlushAll(); // frees all nodes
-    GeListNode* GetParent();
 
 protected:
     using GeListNode::GeListNode;
@@ -231,11 +214,9 @@ public:
     static void Free(BaseList2D*& node);
 
     BaseList2D* GetNext();
-    BaseList2D* GetPred();
 
     String GetName() const;
     void SetName(const String& name);
-    String GetTypeName();
 
     BaseContainer GetData();
     BaseContainer* GetDataInstance();
@@ -244,10 +225,6 @@ public:
 
     void SetBit(Int32 mask);
     Bool GetBit(Int32 mask) const;
-    void DelBit(Int32 mask);
-    void ToggleBit(Int32 mask);
-    Int32 GetAllBits() const;
-    void SetAllBits(Int32 mask);
 
     BaseShader* GetFirstShader() const;
     /// The node owns the shader from here on. First in the list without `pred`.

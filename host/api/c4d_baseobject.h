@@ -72,19 +72,12 @@ public:
     void SetAbsPos(const Vector& position);
     void SetAbsScale(const Vector& scale);
     void SetAbsRot(const Vector& hpb);
-    Vector GetRelPos() const;
-    Vector GetRelScale() const;
-    Vector GetRelRot() const;
-    void SetRelPos(const Vector& position);
-    void SetRelScale(const Vector& scale);
-    void SetRelRot(const Vector& hpb);
 
     Matrix GetMl() const;
     void SetMl(const Matrix& m);
     /// Through parents and, from the root of a cache, through the object whose cache it is.
     Matrix GetMg() const;
     void SetMg(const Matrix& m);
-    Matrix GetUpMg() const;
 
     Vector GetMp();  // centre of the object's own box
     Vector GetRad(); // its half size

@@ -16,13 +16,11 @@ public:
     Int32 GetSegments() const { return static_cast<Int32>(runs.size()); }
     Bool Select(Int32 num);
     Bool Deselect(Int32 num);
-    Bool Toggle(Int32 num);
     Bool SelectAll(Int32 min, Int32 max);
     Bool DeselectAll();
     Bool IsSelected(Int32 num) const;
     /// First and last member of a run, the last below `maxElements`. False past the last run.
     Bool GetRange(Int32 segment, Int32 maxElements, Int32* a, Int32* b) const;
-    Bool FindSegment(Int32 num, Int32* segment) const;
     Int32 GetLastElement() const; // NOTOK if empty
 
     Bool CopyTo(BaseSelect* dest) const;

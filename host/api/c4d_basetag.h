@@ -36,7 +36,6 @@ public:
     static void Free(VariableTag*& tag);
 
     Int32 GetDataCount() const;
-    Int32 GetDataSize() const; // bytes of a record
 
 protected:
     using BaseTag::BaseTag;

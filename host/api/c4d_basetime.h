@@ -13,7 +13,6 @@ public:
     Float Get() const { return denominator != 0 ? numerator / denominator : 0; } // seconds
     Float GetNumerator() const { return numerator; }
     Float GetDenominator() const { return denominator; }
-    Int32 GetFrame(Float fps) const;
 
     /// -1, 0 or 1.
     Int32 Compare(const BaseTime& other) const;

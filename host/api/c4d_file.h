@@ -83,9 +83,6 @@ private:
 };
 
 Bool GeFExist(const Filename& name, Bool isdir = false);
-Bool GeFCreateDir(const Filename& name);
-Bool GeFCopyFile(const Filename& source, const Filename& destination, Bool overwrite);
-Bool GeFKill(const Filename& name);
 
 #define BROWSEFILES_CALCSIZE 1
 #define BROWSEFILES_SUPPRESSCACHING 2

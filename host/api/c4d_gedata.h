@@ -84,7 +84,6 @@ public:
     void SetInt32(Int32 value);
     void SetInt64(const Int64& value);
     void SetVector(const Vector& value);
-    void SetMatrix(const Matrix& value);
     void SetString(const String& value);
     void SetFilename(const Filename& value);
     void SetContainer(const BaseContainer& value);

@@ -55,8 +55,6 @@ BaseContainer* GetWorldPluginData(Int32 id);
 Bool SetWorldPluginData(Int32 id, const BaseContainer& bc, Bool add = true);
 BaseContainer* GetWorldContainerInstance();
 
-const Filename GeGetPluginPath();  // the folder of the module that asks
-const Filename GeGetStartupPath(); // the folder of the host
+const Filename GeGetPluginPath(); // the folder of the module that asks
 
 Int32 GetC4DVersion();
-Float GeGetMilliSeconds();

@@ -44,8 +44,6 @@ public:
     Int32 LexCompare(const String& other) const; // without regard to case
 
     /// `error` is told 0 on success.
-    Int32 ParseToInt32(Int32* error = nullptr) const;
-    Float ParseToFloat(Int32* error = nullptr, Int unit = 0, Int angletype = 0, Int base = 10) const;
 
     /// Bytes, without the terminating zero.
     Int GetCStringLen(STRINGENCODING type = STRINGENCODING_XBIT) const;

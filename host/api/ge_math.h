@@ -24,11 +24,6 @@ template <class T> struct VectorOf {
 
     Bool IsZero() const { return x == 0 && y == 0 && z == 0; }
     Bool IsNotZero() const { return !IsZero(); }
-    void SetZero() { x = y = z = 0; }
-    T GetSum() const { return x + y + z; }
-    T GetAverage() const { return GetSum() / 3; }
-    T GetMin() const { return x < y ? (x < z ? x : z) : (y < z ? y : z); }
-    T GetMax() const { return x > y ? (x > z ? x : z) : (y > z ? y : z); }
     T GetSquaredLength() const { return x * x + y * y + z * z; }
     T GetLength() const { return std::sqrt(GetSquaredLength()); }
     /// Zero for the zero vector.

@@ -136,8 +136,7 @@ public:
     DescID(const DescLevel& id1, const DescLevel& id2, const DescLevel& id3) : DescID(id1, id2) { PushId(id3); }
 
     void SetId(const DescLevel& level);
-    void PushId(const DescLevel& level); // beyond the deepest level nothing happens
-    void PopId();
+    void PushId(const DescLevel& level);               // beyond the deepest level nothing happens
     const DescLevel& operator[](Int32 position) const; // an empty level past the end
     Int32 GetDepth() const { return depth; }
     /// True if this id begins with all levels of `cmp`; `position` is told how many those are.

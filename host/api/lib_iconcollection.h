@@ -10,4 +10,3 @@ ENUM_END_FLAGS(ICONFLAG)
 Bool RegisterIcon(Int32 id, BaseBitmap* bmp, Int32 x = 0, Int32 y = 0, Int32 w = -1, Int32 h = -1,
                   ICONFLAG flags = ICONFLAG_0);
 Bool GetIcon(Int32 id, IconData* data);
-Bool UnregisterIcon(Int32 id);

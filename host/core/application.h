@@ -32,7 +32,6 @@ struct ApplicationOptions {
     std::string language = "US";                          // an extension of the list of languages
     bool userInterface = false;                           // without one no events are sent and loading asks nobody
     std::function<void(std::string_view)> console = {};   // takes a line, on the main thread; empty: the error stream
-    std::filesystem::path startupFolder = {};             // the host's own; empty: the working folder
     std::vector<std::filesystem::path> texturePaths = {}; // searched for textures, in this order
     std::map<char, std::filesystem::path> drives = {};    // 'C' to the folder that stands for "C:\"
     Int32 apiLevel = API_VERSION;                         // what plug-ins are told

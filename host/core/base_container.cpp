@@ -82,15 +82,6 @@ GeData* BaseContainer::InsData(Int32 entry, const GeData& data)
     return &entries.emplace_back(std::move(added)).data;
 }
 
-GeData* BaseContainer::InsDataAfter(Int32 entry, const GeData& data, const GeData* last)
-{
-    const auto behind = std::ranges::find(entries, last, [](const Entry& candidate) { return &candidate.data; });
-    if (behind == entries.end()) return InsData(entry, data);
-    Entry added{entry, data};
-    ++changes;
-    return &entries.insert(behind + 1, std::move(added))->data;
-}
-
 GeData* BaseContainer::SetData(Int32 entry, const GeData& data)
 {
     GeData* present = nullptr;
@@ -130,12 +121,6 @@ Int32 BaseContainer::GetInt32(Int32 entry, Int32 preset) const
     return isNumber(data) ? data->GetInt32() : preset;
 }
 
-UInt32 BaseContainer::GetUInt32(Int32 entry, UInt32 preset) const
-{
-    const GeData* data = GetDataPointer(entry);
-    return isNumber(data) ? static_cast<UInt32>(data->GetInt64()) : preset;
-}
-
 Int64 BaseContainer::GetInt64(Int32 entry, Int64 preset) const
 {
     const GeData* data = GetDataPointer(entry);
@@ -152,12 +137,6 @@ Vector BaseContainer::GetVector(Int32 entry, const Vector& preset) const
 {
     const GeData* data = GetDataPointer(entry);
     return hasType(data, DA_VECTOR) ? data->GetVector() : preset;
-}
-
-Matrix BaseContainer::GetMatrix(Int32 entry, const Matrix& preset) const
-{
-    const GeData* data = GetDataPointer(entry);
-    return hasType(data, DA_MATRIX) ? data->GetMatrix() : preset;
 }
 
 String BaseContainer::GetString(Int32 entry, const String& preset) const
@@ -235,11 +214,6 @@ void BaseContainer::SetInt32(Int32 entry, Int32 value)
     SetData(entry, GeData(value));
 }
 
-void BaseContainer::SetUInt32(Int32 entry, UInt32 value)
-{
-    SetData(entry, GeData(static_cast<Int32>(value)));
-}
-
 void BaseContainer::SetInt64(Int32 entry, Int64 value)
 {
     SetData(entry, GeData(value, LLONGVALUE));
@@ -251,11 +225,6 @@ void BaseContainer::SetFloat(Int32 entry, Float value)
 }
 
 void BaseContainer::SetVector(Int32 entry, const Vector& value)
-{
-    SetData(entry, GeData(value));
-}
-
-void BaseContainer::SetMatrix(Int32 entry, const Matrix& value)
 {
     SetData(entry, GeData(value));
 }

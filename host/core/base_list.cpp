@@ -28,21 +28,6 @@ Int32 C4DAtom::GetType() const
     return core->Type();
 }
 
-Int32 C4DAtom::GetRealType() const
-{
-    return core->Type();
-}
-
-Int32 C4DAtom::GetDiskType() const
-{
-    return core->Type();
-}
-
-Int32 C4DAtom::GetClassification() const
-{
-    return host::BaseTypeOf(core->Kind());
-}
-
 Bool C4DAtom::IsInstanceOf(Int32 id) const
 {
     return core->IsInstanceOf(id);
@@ -51,24 +36,6 @@ Bool C4DAtom::IsInstanceOf(Int32 id) const
 Bool C4DAtom::Message(Int32 type, void* data)
 {
     return host::SendTo(*core, type, data);
-}
-
-Bool C4DAtom::MultiMessage(MULTIMSG_ROUTE flags, Int32 type, void* data)
-{
-    NodeCore* root = core;
-    switch (flags) {
-    case MULTIMSG_ROUTE_DOWN: host::SendBelow(*core, type, data); return true;
-    case MULTIMSG_ROUTE_UP:
-        for (NodeCore* node = core; node; node = node->Owner()) host::SendTo(*node, type, data);
-        return true;
-    case MULTIMSG_ROUTE_ROOT:
-    case MULTIMSG_ROUTE_BROADCAST:
-        while (NodeCore* owner = root->Owner()) root = owner;
-        if (flags == MULTIMSG_ROUTE_ROOT) return host::SendTo(*root, type, data);
-        host::SendBelow(*root, type, data);
-        return true;
-    default: return host::SendTo(*core, type, data);
-    }
 }
 
 C4DAtom* C4DAtom::GetClone(COPYFLAGS flags, AliasTrans* trn)
@@ -143,11 +110,6 @@ void GeListNode::Remove()
     core->Unlink();
 }
 
-GeListHead* GeListNode::GetListHead()
-{
-    return FacadeOf<GeListHead>(core->List());
-}
-
 NodeData* GeListNode::GetNodeData(Int32 index)
 {
     return index == 0 ? core->data : nullptr;
@@ -190,29 +152,9 @@ GeListNode* GeListHead::GetFirst()
     return FacadeOf<GeListNode>(core->firstChild);
 }
 
-GeListNode* GeListHead::GetLast()
-{
-    return FacadeOf<GeListNode>(core->lastChild);
-}
-
-void GeListHead::InsertFirst(GeListNode* node)
-{
-    if (takeOut(CoreOf(node), core)) core->InsertChild(*CoreOf(node), nullptr);
-}
-
 void GeListHead::InsertLast(GeListNode* node)
 {
     if (takeOut(CoreOf(node), core)) core->InsertChild(*CoreOf(node), core->lastChild);
-}
-
-void GeListHead::FlushAll()
-{
-    CoreOf(this)->Flush();
-}
-
-GeListNode* GeListHead::GetParent()
-{
-    return FacadeOf<GeListNode>(CoreOf(this)->owner);
 }
 
 // --- BaseList2D
@@ -233,11 +175,6 @@ BaseList2D* BaseList2D::GetNext()
     return FacadeOf<BaseList2D>(core->next);
 }
 
-BaseList2D* BaseList2D::GetPred()
-{
-    return FacadeOf<BaseList2D>(core->previous);
-}
-
 String BaseList2D::GetName() const
 {
     return core->name;
@@ -248,11 +185,6 @@ void BaseList2D::SetName(const String& name)
     if (name == core->name) return;
     core->name = name;
     core->Raise(DIRTYFLAGS_DATA);
-}
-
-String BaseList2D::GetTypeName()
-{
-    return core->nodeClass->name;
 }
 
 BaseContainer BaseList2D::GetData()
@@ -287,26 +219,6 @@ void BaseList2D::SetBit(Int32 mask)
 Bool BaseList2D::GetBit(Int32 mask) const
 {
     return (core->bits & mask) != 0;
-}
-
-void BaseList2D::DelBit(Int32 mask)
-{
-    core->bits &= ~mask;
-}
-
-void BaseList2D::ToggleBit(Int32 mask)
-{
-    core->bits ^= mask;
-}
-
-Int32 BaseList2D::GetAllBits() const
-{
-    return core->bits;
-}
-
-void BaseList2D::SetAllBits(Int32 mask)
-{
-    core->bits = mask;
 }
 
 BaseShader* BaseList2D::GetFirstShader() const

@@ -96,36 +96,6 @@ void BaseObject::SetAbsRot(const Vector& hpb)
     CoreOf(this)->SetRotation(hpb);
 }
 
-Vector BaseObject::GetRelPos() const
-{
-    return GetAbsPos();
-}
-
-Vector BaseObject::GetRelScale() const
-{
-    return GetAbsScale();
-}
-
-Vector BaseObject::GetRelRot() const
-{
-    return GetAbsRot();
-}
-
-void BaseObject::SetRelPos(const Vector& position)
-{
-    SetAbsPos(position);
-}
-
-void BaseObject::SetRelScale(const Vector& scale)
-{
-    SetAbsScale(scale);
-}
-
-void BaseObject::SetRelRot(const Vector& hpb)
-{
-    SetAbsRot(hpb);
-}
-
 Matrix BaseObject::GetMl() const
 {
     return CoreOf(this)->Local();
@@ -144,11 +114,6 @@ Matrix BaseObject::GetMg() const
 void BaseObject::SetMg(const Matrix& m)
 {
     CoreOf(this)->SetLocal(~CoreOf(this)->ParentGlobal() * m);
-}
-
-Matrix BaseObject::GetUpMg() const
-{
-    return CoreOf(this)->ParentGlobal();
 }
 
 Vector BaseObject::GetMp()

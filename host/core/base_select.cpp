@@ -112,11 +112,6 @@ Bool BaseSelect::Deselect(Int32 num)
     return true;
 }
 
-Bool BaseSelect::Toggle(Int32 num)
-{
-    return IsSelected(num) ? Deselect(num) : Select(num);
-}
-
 Bool BaseSelect::SelectAll(Int32 min, Int32 max)
 {
     if (min < 0 || max < min || max > kLastElement) return false;
@@ -143,14 +138,6 @@ Bool BaseSelect::GetRange(Int32 segment, Int32 maxElements, Int32* a, Int32* b) 
     if (run.first >= maxElements) return false;
     *a = run.first;
     *b = LMin(run.last, maxElements - 1);
-    return true;
-}
-
-Bool BaseSelect::FindSegment(Int32 num, Int32* segment) const
-{
-    const auto found = firstEndingFrom(runs, num);
-    if (found == runs.end() || found->first > num) return false;
-    *segment = static_cast<Int32>(found - runs.begin());
     return true;
 }
 

@@ -24,12 +24,6 @@ Float greatestCommonDivisor(Float a, Float b)
     return a;
 }
 
-Int32 toInt32(Float value)
-{
-    if (std::isnan(value)) return 0;
-    return static_cast<Int32>(std::clamp<Float>(value, LIMIT<Int32>::MIN, LIMIT<Int32>::MAX));
-}
-
 } // namespace
 
 BaseTime::BaseTime(Float seconds)
@@ -52,11 +46,6 @@ BaseTime::BaseTime(Float z, Float n) : numerator(wholeNumber(z)), denominator(wh
     const Float divisor = greatestCommonDivisor(std::abs(numerator), denominator);
     numerator /= divisor;
     denominator /= divisor;
-}
-
-Int32 BaseTime::GetFrame(Float fps) const
-{
-    return toInt32(std::floor(numerator * fps) / std::floor(denominator));
 }
 
 Int32 BaseTime::Compare(const BaseTime& other) const

@@ -14,11 +14,6 @@ void DescID::PushId(const DescLevel& level)
     if (depth < kDeepest) levels[depth++] = level;
 }
 
-void DescID::PopId()
-{
-    if (depth > 0) --depth;
-}
-
 const DescLevel& DescID::operator[](Int32 position) const
 {
     static const DescLevel empty;

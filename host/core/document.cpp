@@ -215,11 +215,6 @@ BaseDocument* BaseDocument::GetNext()
     return FacadeOf<BaseDocument>(core->next);
 }
 
-BaseDocument* BaseDocument::GetPred()
-{
-    return FacadeOf<BaseDocument>(core->previous);
-}
-
 Filename BaseDocument::GetDocumentName()
 {
     return CoreOf(this)->fileName;
@@ -396,11 +391,6 @@ BaseTime BaseDocument::GetTime()
 void BaseDocument::SetTime(const BaseTime& time)
 {
     CoreOf(this)->time = time;
-}
-
-Int32 BaseDocument::GetFps() const
-{
-    return host::kFramesPerSecond;
 }
 
 Bool BaseDocument::GetChanged()

@@ -66,11 +66,6 @@ BaseDocument* GetActiveDocument()
     return host::Application::running() ? PartOf<Documents>().Active() : nullptr;
 }
 
-BaseDocument* GetFirstDocument()
-{
-    return PartOf<Documents>().First();
-}
-
 void InsertBaseDocument(BaseDocument* document)
 {
     if (document) PartOf<Documents>().Insert(*document);

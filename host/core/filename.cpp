@@ -134,27 +134,6 @@ Bool GeFExist(const Filename& name, Bool isdir)
                  : std::filesystem::exists(status) && !std::filesystem::is_directory(status);
 }
 
-Bool GeFCreateDir(const Filename& name)
-{
-    std::error_code error;
-    std::filesystem::create_directory(host::FilePath(name), error);
-    return GeFExist(name, true);
-}
-
-Bool GeFCopyFile(const Filename& source, const Filename& destination, Bool overwrite)
-{
-    std::error_code error;
-    const auto how =
-        overwrite ? std::filesystem::copy_options::overwrite_existing : std::filesystem::copy_options::none;
-    return std::filesystem::copy_file(host::FilePath(source), host::FilePath(destination), how, error);
-}
-
-Bool GeFKill(const Filename& name)
-{
-    std::error_code error;
-    return std::filesystem::remove(host::FilePath(name), error);
-}
-
 namespace host {
 
 struct FolderEntry {

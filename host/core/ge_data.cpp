@@ -275,11 +275,6 @@ void GeData::SetVector(const Vector& value)
     *this = GeData(value);
 }
 
-void GeData::SetMatrix(const Matrix& value)
-{
-    *this = GeData(value);
-}
-
 void GeData::SetString(const String& value)
 {
     *this = GeData(value);

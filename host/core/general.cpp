@@ -2,7 +2,6 @@
 #include "core/application.h"
 #include "core/string_access.h"
 
-#include <chrono>
 #include <iterator>
 
 namespace {
@@ -32,16 +31,4 @@ Bool GeGetLanguage(Int32 index, String* extension, String* name, Bool* default_l
     if (name) *name = String(language.name);
     if (default_language) *default_language = host::Application::current().options().language == language.extension;
     return true;
-}
-
-const Filename GeGetStartupPath()
-{
-    const std::filesystem::path& folder = host::Application::current().options().startupFolder;
-    return Filename(host::TextOf((folder.empty() ? std::filesystem::current_path() : folder).string()));
-}
-
-Float GeGetMilliSeconds()
-{
-    static const auto start = std::chrono::steady_clock::now();
-    return std::chrono::duration<Float, std::milli>(std::chrono::steady_clock::now() - start).count();
 }

@@ -216,11 +216,6 @@ Int32 VariableTag::GetDataCount() const
     return static_cast<const host::VariableTagCore*>(host::CoreOf(this))->Count();
 }
 
-Int32 VariableTag::GetDataSize() const
-{
-    return static_cast<Int32>(static_cast<const host::VariableTagCore*>(host::CoreOf(this))->recordSize);
-}
-
 namespace {
 
 const void* readAddress(const VariableTag* tag)

@@ -52,8 +52,3 @@ Bool GetIcon(Int32 id, IconData* data)
     if (data) *data = found->second.part;
     return true;
 }
-
-Bool UnregisterIcon(Int32 id)
-{
-    return host::Application::running() && host::PartOf<host::Icons>().byId.erase(id) > 0;
-}

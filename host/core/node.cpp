@@ -395,9 +395,4 @@ bool SendTo(NodeCore& node, Int32 type, void* data)
     return !node.data || node.data->Message(node.As<GeListNode>(), type, data);
 }
 
-void SendBelow(NodeCore& node, Int32 type, void* data)
-{
-    VisitBelow(node, [type, data](NodeCore& each) { SendTo(each, type, data); });
-}
-
 } // namespace host

@@ -248,11 +248,9 @@ std::size_t CountNodes(NodeKind kind);
 
 /// Sends to the node: the host's part first, then the plug-in's, whose answer it is.
 bool SendTo(NodeCore& node, Int32 type, void* data);
-/// Sends to `node` and to everything below: children and branches, parents before children. The tree must not change
-/// meanwhile.
-void SendBelow(NodeCore& node, Int32 type, void* data);
 
-/// Calls `visit` for the node and everything below it, parents first, a node's branches before its children.
+/// Calls `visit` for the node and everything below it, parents first, a node's branches before its children. The tree
+/// must not change meanwhile.
 template <class Visit> void VisitBelow(NodeCore& node, const Visit& visit)
 {
     visit(node);

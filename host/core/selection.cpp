@@ -1,4 +1,4 @@
-// Which objects, materials and tags of a document are active.
+// Which objects and materials of a document are active.
 //
 // The node's own bit decides; the document remembers beside it in which order objects became active.
 #include "core/document.h"
@@ -16,25 +16,12 @@ template <class Use> void forEachObject(const NodeCore& below, const Use& use)
     }
 }
 
-// In the order of the tree: objects, or tags object by object.
+// In the order of the tree.
 std::vector<NodeCore*> activeObjects(const DocumentCore& document)
 {
     std::vector<NodeCore*> active;
     forEachObject(document.objects, [&](NodeCore& object) {
         if (object.bits & BIT_ACTIVE) active.push_back(&object);
-    });
-    return active;
-}
-
-std::vector<NodeCore*> activeTags(const DocumentCore& document)
-{
-    std::vector<NodeCore*> active;
-    forEachObject(document.objects, [&](NodeCore& object) {
-        for (const ListCore* branch : object.Branches()) {
-            for (NodeCore* tag = branch->firstChild; tag; tag = tag->next) {
-                if (tag->Kind() == NodeKind::Tag && (tag->bits & BIT_ACTIVE)) active.push_back(tag);
-            }
-        }
     });
     return active;
 }
@@ -107,11 +94,6 @@ BaseMaterial* BaseDocument::GetActiveMaterial()
     return FacadeOf<BaseMaterial>(host::onlyOne(host::activeMaterials(*CoreOf(this))));
 }
 
-BaseTag* BaseDocument::GetActiveTag()
-{
-    return FacadeOf<BaseTag>(host::onlyOne(host::activeTags(*CoreOf(this))));
-}
-
 void BaseDocument::GetActiveObjects(AtomArray& selection, GETACTIVEOBJECTFLAGS flags) const
 {
     const host::DocumentCore& document = *CoreOf(this);
@@ -126,11 +108,6 @@ void BaseDocument::GetActiveObjects(AtomArray& selection, GETACTIVEOBJECTFLAGS f
 void BaseDocument::GetActiveMaterials(AtomArray& selection) const
 {
     host::fill(selection, host::activeMaterials(*CoreOf(this)));
-}
-
-void BaseDocument::GetActiveTags(AtomArray& selection) const
-{
-    host::fill(selection, host::activeTags(*CoreOf(this)));
 }
 
 void BaseDocument::SetActiveObject(BaseObject* object, Int32 mode)
@@ -150,10 +127,4 @@ void BaseDocument::SetActiveMaterial(BaseMaterial* material, Int32 mode)
 {
     host::DocumentCore& document = *CoreOf(this);
     host::select(document, host::activeMaterials(document), CoreOf(material), mode, DIRTYFLAGS_SELECTION_MATERIALS);
-}
-
-void BaseDocument::SetActiveTag(BaseTag* tag, Int32 mode)
-{
-    host::DocumentCore& document = *CoreOf(this);
-    host::select(document, host::activeTags(document), CoreOf(tag), mode, DIRTYFLAGS_SELECTION_TAGS);
 }

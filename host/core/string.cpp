@@ -126,44 +126,6 @@ Bool found(size_t at, Int32* position)
     return true;
 }
 
-// ASCII without the white space around it; other characters become a byte that is in no number.
-std::string trimmedAscii(const std::u32string& text)
-{
-    std::string ascii;
-    for (const char32_t character : text) ascii += character < 0x80 ? static_cast<char>(character) : '?';
-    constexpr const char* kSpace = " \t\n\v\f\r";
-    const size_t first = ascii.find_first_not_of(kSpace);
-    if (first == std::string::npos) return {};
-    return ascii.substr(first, ascii.find_last_not_of(kSpace) - first + 1);
-}
-
-// What is left of the text to the number's own characters: from_chars knows no plus sign.
-std::string_view withoutPlus(std::string_view text)
-{
-    if (text.size() > 1 && text[0] == '+' && text[1] != '-' && text[1] != '+') text.remove_prefix(1);
-    return text;
-}
-
-bool beginsNumber(std::string_view text)
-{
-    if (!text.empty() && text.front() == '-') text.remove_prefix(1);
-    return !text.empty() && (text.front() == '.' || (text.front() >= '0' && text.front() <= '9'));
-}
-
-template <class Number> Number parsed(const std::u32string& characters, Int32* error)
-{
-    const std::string ascii = trimmedAscii(characters);
-    const std::string_view text = withoutPlus(ascii);
-    Number value = 0;
-    Int32 failed = 1;
-    if (beginsNumber(text)) {
-        const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
-        failed = result.ec != std::errc() || result.ptr != text.data() + text.size();
-    }
-    if (error) *error = failed;
-    return value;
-}
-
 template <class Number> String integerText(Number value)
 {
     std::array<char, 24> digits{};
@@ -322,16 +284,6 @@ Int32 String::Compare(const String& other) const
 Int32 String::LexCompare(const String& other) const
 {
     return sign(caseless(text).compare(caseless(other.text)));
-}
-
-Int32 String::ParseToInt32(Int32* error) const
-{
-    return parsed<Int32>(text, error);
-}
-
-Float String::ParseToFloat(Int32* error, Int, Int, Int) const
-{
-    return parsed<Float>(text, error);
 }
 
 Int String::GetCStringLen(STRINGENCODING type) const

@@ -12,6 +12,22 @@ uint8_t toByte(double value)
     return static_cast<uint8_t>(std::clamp(value, 0.0, 1.0) * 255 + 0.5);
 }
 
+// The samples of a picture of the image's size as a PNG's bytes.
+std::vector<uint8_t> encoded(const std::vector<uint8_t>& samples, const Image& image, uint32_t format)
+{
+    png_image encoder{};
+    encoder.version = PNG_IMAGE_VERSION;
+    encoder.width = image.width;
+    encoder.height = image.height;
+    encoder.format = format;
+    encoder.flags = PNG_IMAGE_FLAG_FAST;
+    png_alloc_size_t size = samples.size() + image.height + 65536;
+    std::vector<uint8_t> bytes(size);
+    if (!png_image_write_to_memory(&encoder, bytes.data(), &size, 0, samples.data(), 0, nullptr)) return {};
+    bytes.resize(size);
+    return bytes;
+}
+
 } // namespace
 
 vdt::Color3f MeanColor(const Image& image)
@@ -39,18 +55,15 @@ std::vector<uint8_t> EncodePng(const Image& image)
         bytes.insert(bytes.end(), {toByte(pixel.r), toByte(pixel.g), toByte(pixel.b)});
         if (image.hasAlpha) bytes.push_back(toByte(pixel.a));
     }
+    return encoded(bytes, image, image.hasAlpha ? PNG_FORMAT_RGBA : PNG_FORMAT_RGB);
+}
 
-    png_image encoder{};
-    encoder.version = PNG_IMAGE_VERSION;
-    encoder.width = image.width;
-    encoder.height = image.height;
-    encoder.format = image.hasAlpha ? PNG_FORMAT_RGBA : PNG_FORMAT_RGB;
-    encoder.flags = PNG_IMAGE_FLAG_FAST;
-    png_alloc_size_t size = bytes.size() + image.height + 65536;
-    std::vector<uint8_t> encoded(size);
-    if (!png_image_write_to_memory(&encoder, encoded.data(), &size, 0, bytes.data(), 0, nullptr)) return {};
-    encoded.resize(size);
-    return encoded;
+std::vector<uint8_t> EncodeMask(const Image& image)
+{
+    std::vector<uint8_t> bytes;
+    bytes.reserve(image.pixels.size());
+    for (const vdt::Color4f& pixel : image.pixels) bytes.push_back(toByte(pixel.a));
+    return encoded(bytes, image, PNG_FORMAT_GRAY);
 }
 
 Image NormalsOfHeights(const Image& heights, double steepness)

@@ -35,6 +35,9 @@ vdt::Color3f MeanColor(const Image& image);
 /// The picture as PNG bytes, the same on every run; empty if the encoder fails.
 std::vector<uint8_t> EncodePng(const Image& image);
 
+/// The picture's alpha as a grey PNG's bytes: white where the picture is opaque.
+std::vector<uint8_t> EncodeMask(const Image& image);
+
 /// The normals of a height field that repeats in both directions, as a picture. `steepness` is the slope, in texture
 /// widths, that a step from 0 to 1 in the red channel over one texture width stands for.
 Image NormalsOfHeights(const Image& heights, double steepness);

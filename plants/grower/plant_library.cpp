@@ -23,7 +23,14 @@ bool writeBytes(const std::string& path, const std::vector<uint8_t>& bytes, vdt:
     return false;
 }
 
-// Draws and writes the pictures. `colors` gets each one's mean colour.
+// "leaf_a.png" beside "leaf.png": for renderers that want the cut-out as a picture of its own.
+std::string maskOf(const std::string& texture)
+{
+    std::string name = texture;
+    return name.insert(name.rfind('.'), "_a");
+}
+
+// Draws and writes the pictures, and beside each one that cuts out its material a mask. `colors` gets the mean colours.
 bool writeTextures(const SpeciesRecipe& recipe, const std::string& directory,
                    std::map<std::string, vdt::Color3f>& colors, vdt::MessageHandler& messages)
 {
@@ -31,6 +38,11 @@ bool writeTextures(const SpeciesRecipe& recipe, const std::string& directory,
         const Image image = texture.draw();
         colors[texture.file] = MeanColor(image);
         if (!writeBytes(directory + texture.file, EncodePng(image), messages)) return false;
+        const bool isCutOut = std::ranges::any_of(recipe.materials, [&](const MaterialRecipe& material) {
+            return material.cutOut && material.front.texture == texture.file;
+        });
+        if (image.hasAlpha && isCutOut && !writeBytes(directory + maskOf(texture.file), EncodeMask(image), messages))
+            return false;
     }
     return true;
 }

@@ -1,6 +1,7 @@
 #include "geometry/selection_names.h"
 
 #include "oxref.h"
+#include "support/plugin_ids.h"
 #include "support/text.h"
 #include "ttexture.h"
 
@@ -23,6 +24,11 @@ String stringParameter(C4DAtom& atom, Int32 id)
 Bool beginsWith(const String& text, const String& beginning)
 {
     return text.GetLength() >= beginning.GetLength() && text.Left(beginning.GetLength()) == beginning;
+}
+
+String withoutPrefix(const String& name, const String& prefix)
+{
+    return beginsWith(name, prefix) ? name.Right(name.GetLength() - prefix.GetLength()) : name;
 }
 
 // The host's own parser takes white space, units and calculations; these names are ours.
@@ -72,13 +78,17 @@ String WithPrefix(const String& prefix, const String& name)
     return prefix.Content() ? prefix + String(kSeparator) + name : name;
 }
 
+Int32 matidFromMaterialName(BaseObject& object, BaseTag& selectionTag)
+{
+    const String restriction = stringParameter(selectionTag, TEXTURETAG_RESTRICTION);
+    if (!object.IsInstanceOf(kPlantObjectId)) return MaterialIdOfName(restriction);
+    return MaterialIdOfName(withoutPrefix(restriction, object.GetName() + String(kSeparator)));
+}
+
 Int32 MaterialIdOfTag(BaseObject* object, BaseTag* tag)
 {
     if (!object || !tag) return -1;
 
-    String restriction = stringParameter(*tag, TEXTURETAG_RESTRICTION);
-    const String prefix = WithPrefix(SelectionPrefix(object), String());
-    if (prefix.Content() && beginsWith(restriction, prefix))
-        restriction = restriction.Right(restriction.GetLength() - prefix.GetLength());
-    return MaterialIdOfName(restriction);
+    const String restriction = stringParameter(*tag, TEXTURETAG_RESTRICTION);
+    return MaterialIdOfName(withoutPrefix(restriction, WithPrefix(SelectionPrefix(object), String())));
 }

@@ -17,5 +17,9 @@ String SelectionPrefix(BaseObject* object);
 /// `name` behind `prefix` and "::", or alone without a prefix.
 String WithPrefix(const String& prefix, const String& name);
 
+/// The material id that a texture tag is restricted to, -1 for none. Of a plant, its own name and "::" may stand
+/// before.
+Int32 matidFromMaterialName(BaseObject& object, BaseTag& selectionTag);
+
 /// The material id that a texture tag of `object` is restricted to, -1 for none.
 Int32 MaterialIdOfTag(BaseObject* object, BaseTag* tag);

@@ -2,39 +2,14 @@
 
 #include "ddoc.h"
 #include "geometry/selection_names.h"
-#include "mmaterial.h"
+#include "materials/base_color.h"
 #include "plant/plant_units.h"
 #include "support/colour_space.h"
 #include "ttexture.h"
 
 #include <algorithm>
-#include <iterator>
 
 namespace {
-
-// Which parameter of which kind of material is its colour. All but the first belong to renderers.
-struct ColourParameter {
-    Int32 materialType;
-    Int32 parameter;
-};
-constexpr ColourParameter kColourParameters[] = {
-    {Mmaterial, MATERIAL_COLOR_COLOR},
-    {1020295, 3000},
-    {1024953, 2001},
-    {1027842, 27001},
-    {1032100, 4300},
-    {1034130, 9000},
-};
-
-// `fallback` also where the parameter holds something else, such as a texture.
-Vector colourOf(BaseMaterial& material, const Vector& fallback)
-{
-    const auto* found = std::ranges::find(kColourParameters, material.GetType(), &ColourParameter::materialType);
-    GeData value;
-    if (found == std::end(kColourParameters)) return fallback;
-    if (!material.GetParameter(found->parameter, value, DESCFLAGS_GET_0)) return fallback;
-    return value.GetType() == DA_VECTOR ? value.GetVector() : fallback;
-}
 
 Vector ownColour(const vdt::Model& model, int32_t id)
 {
@@ -70,7 +45,7 @@ PlantColours MaterialColours(BaseObject& object, const vdt::Model* model, Materi
         if (id == NOTOK || isForBack(tag)) return;
         if (changes) (*changes)[&material] = material.GetDirty(DIRTYFLAGS_DATA);
         const Vector fallback = SrgbToParameter(ownColour(*model, id), space);
-        colours[id] = ToModelColour(ParameterToSrgb(colourOf(material, fallback), space));
+        colours[id] = ToModelColour(ParameterToSrgb(baseColorOfMaterial(material, fallback), space));
     });
     return colours;
 }

@@ -2,6 +2,7 @@
 
 #include "c4d_symbols.h"
 #include "lib_iconcollection.h"
+#include "placing/placing_library.h"
 #include "plant/plant_library.h"
 #include "plant/plant_object.h"
 #include "selection/selection_data_type.h"
@@ -47,11 +48,17 @@ Bool installPlantObjectLibrary(Int32 id, BaseBitmap*)
     return InstallLibrary(id, &g_PlantObjectLibrary, kLibraryVersion, sizeof(g_PlantObjectLibrary));
 }
 
+Bool installPlantPlacingLibrary(Int32 id, BaseBitmap*)
+{
+    return InstallLibrary(id, &g_PlantPlacingLibrary, kPlantPlacingLibraryVersion, sizeof(g_PlantPlacingLibrary));
+}
+
 // In the order in which the host learns of them.
 constexpr Registration kRegistrations[] = {
     {kPlantObjectId, {64, 0, 64}, true, enterPlantObject},
     {kPlantDrawHookId, {0, 0, 0}, true, enterPlantDrawHook},
     {kPlantObjectLibraryId, {0, 0, 0}, false, installPlantObjectLibrary},
+    {kPlantPlacingLibraryId, {0, 0, 0}, false, installPlantPlacingLibrary},
 };
 
 // Enters the icon under the id and gives a copy for the registration; null if there is none.

@@ -200,6 +200,10 @@ TEST(Forms, AStoredProxyIsTakenAndOddPlantsAreNot)
     folder.write("tree.vdt", plant.text());
     EXPECT_GT(exported(folder, {"--as", "proxy"}).polygons.size(), 4); // no crown, so branches alone
     EXPECT_GT(exported(folder, {"--as", "blob"}).polygons.size(), 4);
+    const RunResult chain = runExport(folder, "x.glb", {"--lod", "8"});
+    EXPECT_EQ(chain.status, 2);
+    EXPECT_NE(chain.messages.find("too small for 8 levels of detail"), std::string::npos) << chain.messages;
+    EXPECT_EQ(chain.messages.find("nothing to show"), std::string::npos) << chain.messages;
     EXPECT_EQ(exported(folder, {"--as", "cloud", "--points", "10"}).points.size(), 10);
 
     plant.polylines = plant.polylineAttributes = "";

