@@ -49,7 +49,7 @@ Json toldOf(const std::string& plant, const std::string& renderers, const std::s
 void collect(const Json& facts, const char* key, std::vector<std::string>& values)
 {
     if (facts.is_object() && facts.contains(key))
-        values.push_back(facts[key].is_string() ? facts[key] : facts[key].dump());
+        values.push_back(facts[key].is_string() ? facts[key].get<std::string>() : facts[key].dump());
     if (facts.is_structured())
         for (const Json& part : facts) collect(part, key, values);
 }

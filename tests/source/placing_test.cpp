@@ -194,7 +194,7 @@ TEST(AppliedModel, GivesBothSidesOfALeafTheirOwnTagOrOneOfAPairOnTheLayer)
         EnterStandInRenderer("vray");
         ASSERT_TRUE(UseRenderer(*scene.document, *FindStandInRenderer("vray")));
         LayerObject* layer = LayerObject::Alloc();
-        scene.document->GetLayerObjectRoot()->InsertFirst(layer);
+        scene.document->GetLayerObjectRoot()->InsertLast(layer);
         BaseObject& plant = scene.placeActive();
         const std::string before = scene.state();
         EXPECT_TRUE(scene.apply(row.kind, 2, layer));
