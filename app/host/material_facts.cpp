@@ -136,7 +136,7 @@ private:
         setValue(parameter, value, linked);
         if (!known.isSwitch) return;
         parameter["kind"] = "bool";
-        parameter["value"] = value.GetBool();
+        parameter["value"] = value.GetInt32() != 0;
     }
 
     void setValue(Json& parameter, const GeData& value, std::vector<BaseMaterial*>* linked)
