@@ -68,7 +68,7 @@ size_t countLines(const std::string& text, const std::string& part)
     return count;
 }
 
-TEST(Materials, EveryRendererIsToldOfPicturesAsTheQualityAllows)
+TEST(MaterialsCommand, EveryRendererIsToldOfPicturesAsTheQualityAllows)
 {
     const TemporaryFolder folder;
     const std::string plant = richPlant(folder);
@@ -92,7 +92,7 @@ TEST(Materials, EveryRendererIsToldOfPicturesAsTheQualityAllows)
     }
 }
 
-TEST(Materials, AreToldWithAllThatTheyLink)
+TEST(MaterialsCommand, AreToldWithAllThatTheyLink)
 {
     const TemporaryFolder folder;
     const Json told = toldOf(richPlant(folder), "standard,vray,thea,arnold,maxwell,mia");
@@ -138,7 +138,7 @@ TEST(Materials, AreToldWithAllThatTheyLink)
     EXPECT_EQ(cutout["properties"][0]["name"], "iray_force_bake");
 }
 
-TEST(Materials, TheTableHasWhatTheJsonHas)
+TEST(MaterialsCommand, TheTableHasWhatTheJsonHas)
 {
     const TemporaryFolder folder;
     const std::string plant = richPlant(folder);
@@ -167,7 +167,7 @@ TEST(Materials, TheTableHasWhatTheJsonHas)
     }
 }
 
-TEST(Materials, AMissingPictureIsToldOnce)
+TEST(MaterialsCommand, AMissingPictureIsToldOnce)
 {
     const TemporaryFolder folder;
     const std::string plant = richPlant(folder);
@@ -181,7 +181,7 @@ TEST(Materials, AMissingPictureIsToldOnce)
 }
 
 // What a plant of a scene has after the scene was saved and read is what the renderer was told of it.
-TEST(Materials, OfAllRenderersAreKeptInScenes)
+TEST(MaterialsCommand, OfAllRenderersAreKeptInScenes)
 {
     const TemporaryFolder folder;
     const std::string plant = richPlant(folder), scene = folder.path("garden.scene");
@@ -214,7 +214,7 @@ TEST(Materials, OfAllRenderersAreKeptInScenes)
     EXPECT_EQ(messages.str(), "");
 }
 
-TEST(Materials, AreLeftInTheExtrasOfAnExport)
+TEST(MaterialsCommand, AreLeftInTheExtrasOfAnExport)
 {
     const TemporaryFolder folder;
     const std::string plant = richPlant(folder), output = folder.path("plant.gltf");
@@ -239,7 +239,7 @@ TEST(Materials, AreLeftInTheExtrasOfAnExport)
     }
 }
 
-TEST(Materials, SayWhatIsWrongWithARequest)
+TEST(MaterialsCommand, SayWhatIsWrongWithARequest)
 {
     const TemporaryFolder folder;
     const std::string plant = richPlant(folder), scene = folder.path("garden.scene");
