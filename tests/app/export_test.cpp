@@ -287,7 +287,7 @@ TEST(Export, ATextureThatCannotBeUsedCostsAWarningAndNothingElse)
 }
 
 // Pictures for all that a record can name, called after what they are for, and a record that names them.
-class Materials : public testing::Test {
+class ExportedMaterials : public testing::Test {
 protected:
     static vdt::MaterialData fullRecord(const TemporaryFolder& folder)
     {
@@ -361,7 +361,7 @@ protected:
     vdt::NullMessageHandler silence;
 };
 
-TEST_F(Materials, HoldWhatTheQualityAllowsOfTheRecord)
+TEST_F(ExportedMaterials, HoldWhatTheQualityAllowsOfTheRecord)
 {
     using Record = vdt::MaterialData;
     struct Row {
@@ -454,7 +454,7 @@ TEST_F(Materials, HoldWhatTheQualityAllowsOfTheRecord)
     }
 }
 
-TEST_F(Materials, OfObjNameThePicturesThatTheQualityAllows)
+TEST_F(ExportedMaterials, OfObjNameThePicturesThatTheQualityAllows)
 {
     const TemporaryFolder folder;
     for (const auto& [quality, expected] :
@@ -478,7 +478,7 @@ TEST_F(Materials, OfObjNameThePicturesThatTheQualityAllows)
     }
 }
 
-TEST_F(Materials, CarryWhatACallerAddsAndOnlyIfItIsAnObject)
+TEST_F(ExportedMaterials, CarryWhatACallerAddsAndOnlyIfItIsAnObject)
 {
     for (const auto& [text, expected] : {std::pair{R"({"b":[1,"x"],"a":{}})", R"({"b":[1,"x"],"a":{}})"},
                                          {"", "null"},
@@ -492,7 +492,7 @@ TEST_F(Materials, CarryWhatACallerAddsAndOnlyIfItIsAnObject)
     }
 }
 
-TEST_F(Materials, OfBacksHaveTheBacksLookAndTheFrontsOutline)
+TEST_F(ExportedMaterials, OfBacksHaveTheBacksLookAndTheFrontsOutline)
 {
     nlohmann::json all = written(sceneOf(fullRecord(pictures)), BackForm::Own);
     ASSERT_EQ(all.size(), 2u);
