@@ -34,7 +34,7 @@ GeData layerSet(LAYERSETMODE mode, std::initializer_list<const char*> names)
 // Documents that end with the test.
 class HostMaterials : public testing::Test {
 protected:
-    ~Materials() override
+    ~HostMaterials() override
     {
         for (BaseDocument* each : documents) BaseDocument::Free(each);
         for (const NodeKind kind : {NodeKind::Material, NodeKind::Shader, NodeKind::VideoPost})
