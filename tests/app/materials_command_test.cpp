@@ -224,7 +224,8 @@ TEST(MaterialsCommand, AreLeftInTheExtrasOfAnExport)
         const RunResult run = RunApp(arguments);
         EXPECT_EQ(run.status, 0) << run.messages;
         std::map<int, Json> extras;
-        for (const Json& material : Json::parse(folder.read("plant.gltf"))["materials"])
+        const Json written = Json::parse(folder.read("plant.gltf"));
+        for (const Json& material : written["materials"])
             extras[material["extras"]["matid"].get<int>()] = material["extras"];
         return extras;
     };
