@@ -147,7 +147,7 @@ std::string SceneMaterials::usable(const std::string& path, MaterialQuality leas
     if (isNew) {
         std::string problem;
         entry->second = ProbePicture(path, problem).has_value();
-        if (!entry->second) messages->warning("texture " + path + " " + problem + "; its colour is used instead");
+        if (!entry->second) messages->warning("texture " + path + " " + problem + "; the material does without it");
     }
     return entry->second ? path : std::string();
 }

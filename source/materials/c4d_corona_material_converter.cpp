@@ -2,6 +2,8 @@
 #include "materials/renderer_ids.h"
 #include "vdt/materials/corona_material_converter.h"
 
+#include <algorithm>
+
 namespace {
 
 constexpr ParameterRow kRows[] = {
@@ -47,7 +49,7 @@ public:
         write(Slot::SpecularEnabled, !vdt::IsBlack(color));
         write(Slot::SpecularColor, color);
         write(Slot::SpecularTexture, texture);
-        write(Slot::Glossiness, 1 - roughness);
+        write(Slot::Glossiness, std::max(1 - roughness, 0.0f));
     }
 
     void setTranslucency(const vdt::Color3f& color, const std::string& texture) override

@@ -9,15 +9,15 @@ namespace {
 GeData dataOf(Write write, const SlotValue& value, BaseShader* shader, ColourSpace colourSpace)
 {
     switch (write) {
-    case Write::Color: return GeData(ColorParameter(std::get<vdt::Color3f>(value), colourSpace));
-    case Write::Number: return GeData(static_cast<Float>(std::get<double>(value)));
-    case Write::Choice: return GeData(std::get<Int32>(value));
-    case Write::Switch: return GeData(static_cast<Int32>(std::get<bool>(value)));
+    case Write::Color: return {ColorParameter(std::get<vdt::Color3f>(value), colourSpace)};
+    case Write::Number: return {static_cast<Float>(std::get<double>(value))};
+    case Write::Choice: return {std::get<Int32>(value)};
+    case Write::Switch: return {static_cast<Int32>(std::get<bool>(value))};
     case Write::Texture:
-    case Write::AlphaTexture: return GeData(shader);
+    case Write::AlphaTexture: return {shader};
     case Write::On:
-    case Write::First: return GeData(static_cast<Int32>(1));
-    case Write::One: return GeData(static_cast<Float>(1));
+    case Write::First: return {static_cast<Int32>(1)};
+    case Write::One: return {static_cast<Float>(1)};
     }
     return {};
 }

@@ -31,7 +31,7 @@ Filename TextureFilename(const std::string& path)
 {
     std::string hostPath = path;
     std::replace(hostPath.begin(), hostPath.end(), '/', '\\');
-    return Filename(ToHostString(hostPath));
+    return {ToHostString(hostPath)};
 }
 
 HostPtr<BaseShader> loadTextureShader(const std::string& path, Bool /*scaled*/)

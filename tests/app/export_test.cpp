@@ -1,13 +1,14 @@
 #include "app/read_back.h"
 #include "app/test_plant.h"
-#include "export/picture.h"
-#include "export/scene_builder.h"
+#include "export/export_scene.h"
+#include "export/relief.h"
+#include "export/scene_materials.h"
 #include "export/triangles.h"
-#include "lookup/open_plant.h"
 #include "vdt/generate/plant_mesh.h"
 
 #include <cmath>
 #include <csignal>
+#include <functional>
 #include <random>
 #include <sys/resource.h>
 
@@ -251,24 +252,335 @@ TEST(Export, ATextureThatCannotBeUsedCostsAWarningAndNothingElse)
     folder.write("empty.png", "");
     folder.write("ok.png", kPixel);
     folder.write("photo.jpg", "\xFF\xD8 \xFF\xD9");
-    const char* const rows[] = {R"( texture="none.png"/>)",         R"( texture="cut.png"/>)",
-                                R"( texture="empty.png"/>)",        R"( texture="tree.vdt"/>)",
-                                R"( texture="note.tif"/>)",         R"(/><alpha texture="none.png"/>)",
-                                R"(/><alpha texture="photo.jpg"/>)"};
+    const char* const rows[] = {R"( texture="none.png"/>)",
+                                R"( texture="cut.png"/>)",
+                                R"( texture="empty.png"/>)",
+                                R"( texture="tree.vdt"/>)",
+                                R"( texture="note.tif"/>)",
+                                R"(/><alpha texture="none.png"/>)",
+                                R"(/><alpha texture="photo.jpg"/>)",
+                                R"(/><normal texture="cut.png"/>)",
+                                R"(/><bump texture="none.png" strength="1"/>)",
+                                R"(/><bump texture="photo.jpg" strength="1"/>)",
+                                R"(/><specular texture="cut.png"/>)",
+                                R"(/><subsurface texture="none.png"/>)",
+                                R"(/><subsurface texture="empty.png" color="0.1 0 0"/>)"};
     for (const char* row : rows) {
         SCOPED_TRACE(row);
         PlantText plant;
-        plant.materials =
-            std::string(R"(<material matid="1" name="bark"><diffuse color="1 0 0")") + row + "</material>";
+        plant.materials = std::string(R"(<material matid="1" name="bark" sides="2"><diffuse color="1 0 0")") + row +
+                          R"(</material><material matid="2"/>)";
         folder.write("tree.vdt", plant.text());
-        const RunResult run = runExport(folder.path("tree.vdt"), folder.path("out.glb"));
+        const RunResult run = runExport(folder.path("tree.vdt"), folder.path("out.glb"), {"--season", "winter"});
         EXPECT_EQ(run.status, 0);
-        EXPECT_NE(run.messages.find("warning: "), std::string::npos);
-        const auto material = readBack(folder.path("out.glb")).document["materials"][0];
+        const auto told = run.messages.find("warning: ");
+        EXPECT_NE(told, std::string::npos) << run.messages;
+        EXPECT_EQ(run.messages.find("warning: ", told + 1), std::string::npos) << run.messages;
+        const auto document = readBack(folder.path("out.glb")).document;
+        const auto& material = document["materials"][0];
         EXPECT_EQ(material["pbrMetallicRoughness"]["baseColorFactor"], nlohmann::json({1, 0, 0, 1}));
         EXPECT_FALSE(material.contains("alphaMode"));
-        EXPECT_FALSE(material["pbrMetallicRoughness"].contains("baseColorTexture"));
+        EXPECT_FALSE(document.contains("images"));
+        EXPECT_EQ(material["extensions"].contains("KHR_materials_diffuse_transmission"),
+                  std::string(row).find("color=\"0.1") != std::string::npos);
     }
+}
+
+// Pictures for all that a record can name, called after what they are for, and a record that names them.
+class ExportedMaterials : public testing::Test {
+protected:
+    static vdt::MaterialData fullRecord(const TemporaryFolder& folder)
+    {
+        vdt::MaterialData record;
+        record.matid = 7;
+        record.name = "leaf";
+        const auto make = [&](const char* name, const std::vector<uint8_t>& rgba) {
+            return folder.write(std::string(name) + ".png", picture(rgba, 1, 1));
+        };
+        const auto fill = [&](vdt::MaterialSide& side, const std::string& prefix) {
+            side.diffuseColor = {0.5F, 0.5F, 0.5F};
+            side.diffuseTexture = make((prefix + "color").c_str(), {0, 255, 0, 255});
+            side.specularColor = {1, 0.735357F, 0}; // half and half of red and green, as light
+            side.specularTexture = make((prefix + "gloss").c_str(), {9, 9, 9, 255});
+            side.specularRoughness = 0.5F;
+            side.bumpTexture = make((prefix + "height").c_str(), {9, 9, 9, 255});
+            side.bumpStrength = 0.5F;
+        };
+        fill(record.front, "");
+        fill(*record.backSide(true), "back_");
+        record.front.normalTexture = make("normal", {128, 128, 255, 255});
+        record.alphaTexture = make("mask", {255, 255, 255, 255});
+        record.subsurfaceColor = {0.25F, 0.25F, 0.25F};
+        record.subsurfaceTexture = make("inner", {0, 0, 255, 255});
+        return record;
+    }
+
+    // A triangle of the material, by itself.
+    Scene sceneOf(const vdt::MaterialData& record, MaterialQuality quality = MaterialQuality::High)
+    {
+        vdt::Model model;
+        model.materials = {record};
+        Scene scene;
+        SceneMaterials materials(model, "", scene.materials, silence, quality);
+        materials.indexOf(record.matid);
+        SceneMesh mesh{"mesh", {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}}, {}, {}, {0, 1, 2}, {3}, {0}};
+        for (uint32_t i = 0; i < 3; ++i) {
+            mesh.normals.push_back({0, 0, 1});
+            mesh.vertices.push_back({i, {static_cast<float>(i), 0}});
+        }
+        scene.levels.push_back({{mesh, {Placement()}}, {}, {}});
+        return scene;
+    }
+
+    // The materials, with each texture told by its picture's name.
+    nlohmann::json written(const Scene& scene, BackForm backs = BackForm::Shared)
+    {
+        const TemporaryFolder folder;
+        ExportSummary summary;
+        EXPECT_TRUE(ExportScene(scene, {.path = folder.path("out.glb"), .backs = backs}, summary, silence));
+        const nlohmann::json document = readBack(folder.path("out.glb")).document;
+        std::set<std::string> used;
+        const std::function<void(nlohmann::json&)> visit = [&](nlohmann::json& value) {
+            if (value.is_number_float()) value = std::round(value.get<double>() * 1e4) / 1e4;
+            if (!value.is_structured()) return;
+            if (value.is_object() && value.contains("extensions"))
+                for (const auto& [name, content] : value["extensions"].items()) used.insert(name);
+            if (value.is_object() && value.contains("index"))
+                value = document["images"][value["index"].get<size_t>()]["name"];
+            else
+                for (nlohmann::json& part : value) visit(part);
+        };
+        nlohmann::json materials = document["materials"];
+        visit(materials);
+        EXPECT_EQ(document.value("extensionsUsed", nlohmann::json::array()), nlohmann::json(used));
+        EXPECT_FALSE(document.contains("extensionsRequired"));
+        return materials;
+    }
+
+    TemporaryFolder pictures;
+    vdt::NullMessageHandler silence;
+};
+
+TEST_F(ExportedMaterials, HoldWhatTheQualityAllowsOfTheRecord)
+{
+    using Record = vdt::MaterialData;
+    struct Row {
+        const char* name;
+        MaterialQuality quality;
+        std::function<void(Record&)> change;
+        const char* expected; // without name and matid
+    };
+    const auto nothing = [](Record&) {};
+    const auto plain = [](Record& record) {
+        record = Record();
+        record.front.diffuseColor = {1, 0, 0};
+    };
+    constexpr auto kLow = MaterialQuality::Low, kMedium = MaterialQuality::Medium, kHigh = MaterialQuality::High;
+    const Row rows[] = {
+        {"all, low", kLow, nothing,
+         R"({"pbrMetallicRoughness":{"baseColorFactor":[0,1,0,1],"metallicFactor":0,"roughnessFactor":0.5},
+             "extensions":{"KHR_materials_specular":{"specularFactor":1,"specularColorFactor":[1,0.5,0]}},
+             "doubleSided":true})"},
+        {"all, medium", kMedium, nothing,
+         R"({"pbrMetallicRoughness":{"baseColorFactor":[1,1,1,1],"baseColorTexture":"color_cutout",
+             "metallicFactor":0,"roughnessFactor":0.5},"normalTexture":"normal","alphaMode":"MASK","alphaCutoff":0.5,
+             "extensions":{"KHR_materials_specular":{"specularFactor":1,"specularColorFactor":[1,0.5,0]}},
+             "doubleSided":true})"},
+        {"all, high", kHigh, nothing,
+         R"({"pbrMetallicRoughness":{"baseColorFactor":[1,1,1,1],"baseColorTexture":"color_cutout",
+             "metallicFactor":0,"roughnessFactor":0.5},"normalTexture":"normal","alphaMode":"MASK","alphaCutoff":0.5,
+             "extensions":{"KHR_materials_specular":{"specularColorTexture":"gloss"},
+                           "KHR_materials_diffuse_transmission":{"diffuseTransmissionFactor":0.3333,
+                                                                 "diffuseTransmissionColorTexture":"inner"}},
+             "doubleSided":true})"},
+        {"heights where there are no normals, a colour for what shines through", kHigh,
+         [](Record& record) {
+             record.front.normalTexture = record.subsurfaceTexture = record.alphaTexture = "";
+             record.front.specularTexture = "";
+             record.front.specularColor = {0, 0, 0};
+             record.subsurfaceColor = {1, 0, 0};
+             record.front.diffuseColor = {0.2126F, 0.2126F, 0.2126F};
+         },
+         R"({"pbrMetallicRoughness":{"baseColorFactor":[1,1,1,1],"baseColorTexture":"color",
+             "metallicFactor":0,"roughnessFactor":1},"normalTexture":"height_relief",
+             "extensions":{"KHR_materials_specular":{"specularFactor":0},
+                           "KHR_materials_diffuse_transmission":{"diffuseTransmissionFactor":0.5,
+                                                                 "diffuseTransmissionColorFactor":[1,0,0]}},
+             "doubleSided":true})"},
+        {"the picture tells how much shines through where the colour is black", kHigh,
+         [&](Record& record) {
+             const std::string green = record.front.diffuseTexture;
+             plain(record);
+             record.front.diffuseColor = {0, 1, 0};
+             record.subsurfaceTexture = green;
+             record.aliasBack();
+         },
+         R"({"pbrMetallicRoughness":{"baseColorFactor":[0,1,0,1],"metallicFactor":0,"roughnessFactor":1},
+             "extensions":{"KHR_materials_specular":{"specularFactor":0},
+                           "KHR_materials_diffuse_transmission":{"diffuseTransmissionFactor":0.5,
+                                                                 "diffuseTransmissionColorTexture":"color"}},
+             "doubleSided":true})"},
+        {"one side lets nothing through", kHigh,
+         [&](Record& record) {
+             plain(record);
+             record.subsurfaceColor = {1, 1, 1};
+         },
+         R"({"pbrMetallicRoughness":{"baseColorFactor":[1,0,0,1],"metallicFactor":0,"roughnessFactor":1},
+             "extensions":{"KHR_materials_specular":{"specularFactor":0}}})"},
+        {"a picture below its quality does not make matt what is matt", kMedium,
+         [&](Record& record) {
+             const std::string gloss = record.front.specularTexture;
+             plain(record);
+             record.front.specularTexture = gloss;
+         },
+         R"({"pbrMetallicRoughness":{"baseColorFactor":[1,0,0,1],"metallicFactor":0,"roughnessFactor":1},
+             "extensions":{"KHR_materials_specular":{"specularFactor":0}}})"},
+        {"heights of no strength", kHigh,
+         [&](Record& record) {
+             const std::string height = record.front.bumpTexture;
+             plain(record);
+             record.front.bumpTexture = height;
+         },
+         R"({"pbrMetallicRoughness":{"baseColorFactor":[1,0,0,1],"metallicFactor":0,"roughnessFactor":1},
+             "extensions":{"KHR_materials_specular":{"specularFactor":0}}})"}};
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
+        vdt::MaterialData record = fullRecord(pictures);
+        row.change(record);
+        nlohmann::json material = written(sceneOf(record, row.quality))[0];
+        material.erase("name");
+        material.erase("extras");
+        EXPECT_EQ(material, nlohmann::json::parse(row.expected)) << material.dump(1);
+    }
+}
+
+TEST_F(ExportedMaterials, OfObjNameThePicturesThatTheQualityAllows)
+{
+    const TemporaryFolder folder;
+    for (const auto& [quality, expected] :
+         {std::pair{MaterialQuality::Low, ""},
+          {MaterialQuality::Medium, "map_Kd color|map_d mask|norm normal|map_Bump -bm 0.5 height|"},
+          {MaterialQuality::High, "map_Kd color|map_d mask|map_Ks gloss|norm normal|map_Bump -bm 0.5 height|"}}) {
+        ExportSummary summary;
+        const std::string out = "out" + std::to_string(static_cast<int>(quality));
+        const Scene scene = sceneOf(fullRecord(pictures), quality);
+        EXPECT_TRUE(ExportScene(scene, {.path = folder.path(out + ".obj")}, summary, silence));
+        std::string found;
+        std::istringstream lines(folder.read(out + ".mtl"));
+        for (std::string line; std::getline(lines, line);) {
+            const size_t path = line.find(out + "_textures/");
+            if (path == line.npos) continue;
+            EXPECT_TRUE(folder.has(line.substr(path))) << line;
+            found += line.erase(path, out.size() + 10).replace(line.find(".png"), 4, "|");
+        }
+        EXPECT_EQ(found, expected);
+        EXPECT_FALSE(folder.has(out + "_textures/inner.png")); // what is not named is not copied
+    }
+}
+
+TEST_F(ExportedMaterials, CarryWhatACallerAddsAndOnlyIfItIsAnObject)
+{
+    for (const auto& [text, expected] : {std::pair{R"({"b":[1,"x"],"a":{}})", R"({"b":[1,"x"],"a":{}})"},
+                                         {"", "null"},
+                                         {"[1]", "null"},
+                                         {R"({"a":)", "null"}}) {
+        Scene scene = sceneOf(fullRecord(pictures));
+        scene.materials[0].extras = text;
+        const nlohmann::json extras = written(scene)[0]["extras"];
+        EXPECT_EQ(extras["matid"], 7);
+        EXPECT_EQ(extras.value("renderer", nlohmann::json()), nlohmann::json::parse(expected));
+    }
+}
+
+TEST_F(ExportedMaterials, OfBacksHaveTheBacksLookAndTheFrontsOutline)
+{
+    nlohmann::json all = written(sceneOf(fullRecord(pictures)), BackForm::Own);
+    ASSERT_EQ(all.size(), 2u);
+    EXPECT_EQ(all[1]["name"], "leaf_back");
+    EXPECT_EQ(all[1]["pbrMetallicRoughness"]["baseColorTexture"], "back_color_cutout");
+    EXPECT_EQ(all[1]["normalTexture"], "back_height_relief");
+    EXPECT_EQ(all[1]["extensions"]["KHR_materials_specular"]["specularColorTexture"], "back_gloss");
+    EXPECT_EQ(all[1]["extensions"]["KHR_materials_diffuse_transmission"],
+              all[0]["extensions"]["KHR_materials_diffuse_transmission"]);
+    EXPECT_FALSE(all[0].contains("doubleSided") || all[1].contains("doubleSided"));
+
+    vdt::MaterialData record = fullRecord(pictures);
+    *record.backSide(true) = record.front; // nothing of its own
+    all = written(sceneOf(record), BackForm::Own);
+    EXPECT_EQ(all.size(), 1u);
+    EXPECT_EQ(all[0]["doubleSided"], true);
+}
+
+TEST(Export, BacksOfTheirOwnShareTheirFrontsVerticesAndFaceTheOtherWay)
+{
+    const TemporaryFolder folder;
+    PlantText plant;
+    plant.materials = R"(<material matid="1" name="bark"/><material matid="2" name="leaf" sides="2">
+        <front><diffuse color="0 1 0"/></front><back><diffuse color="0 0.5 0"/></back></material>)";
+    vdt::NullMessageHandler silence;
+    const Scene scene = SceneOf(folder.write("tree.vdt", plant.text()), silence);
+    for (const FoliageForm foliage : {FoliageForm::Merged, FoliageForm::Nodes, FoliageForm::Instances}) {
+        for (const std::string suffix : {".glb", ".gltf"}) {
+            SCOPED_TRACE(suffix + std::to_string(static_cast<int>(foliage)));
+            const auto write = [&](BackForm backs, ExportSummary& summary) {
+                const std::string path = folder.path("out" + suffix);
+                EXPECT_TRUE(ExportScene(scene, {.path = path, .foliage = foliage, .backs = backs}, summary, silence));
+                return readBack(path); // where all normals look to the side from which a surface is seen
+            };
+            ExportSummary shared, own;
+            const ReadScene fronts = write(BackForm::Shared, shared);
+            const ReadScene both = write(BackForm::Own, own);
+            expectNear(both.area("leaf").first, fronts.area("leaf").first, 1e-6);
+            expectNear(both.area("leaf_back").first, both.area("leaf").first * -1, 1e-6);
+            EXPECT_NEAR(both.area("leaf_back").second, both.area("leaf").second, 1e-6);
+            EXPECT_EQ(own.vertices, shared.vertices);
+            EXPECT_EQ(own.polygons, both.polygons.size());
+            for (const auto& mesh : both.document["meshes"]) {
+                std::map<std::string, nlohmann::json> attributes; // by material
+                for (const auto& primitive : mesh["primitives"])
+                    attributes[both.document["materials"].at(primitive["material"].get<size_t>())["name"]] =
+                        primitive["attributes"];
+                EXPECT_EQ(attributes.contains("leaf"), attributes.contains("leaf_back"));
+                EXPECT_FALSE(attributes.contains("bark_back"));
+                EXPECT_EQ(attributes["leaf"]["POSITION"], attributes["leaf_back"]["POSITION"]);
+                EXPECT_EQ(attributes["leaf"]["TEXCOORD_0"], attributes["leaf_back"]["TEXCOORD_0"]);
+            }
+        }
+    }
+}
+
+// A slope of so many pixels a pixel leans the normal by so much, against the slope; across the border it is steep.
+TEST(Relief, NormalsLeanAgainstTheSlope)
+{
+    constexpr uint32_t kSide = 50; // white stands one pixel above black at strength 1
+    const auto ramp = [&](bool upwards) {
+        Picture heights{kSide, kSide, {}};
+        for (uint32_t y = 0; y < kSide; ++y)
+            for (uint32_t x = 0; x < kSide; ++x) {
+                const auto grey = static_cast<uint8_t>(5 * (upwards ? kSide - y : x));
+                heights.pixels.insert(heights.pixels.end(), {grey, grey, grey, 255});
+            }
+        return heights;
+    };
+    for (const float strength : {0.0F, 1.0F, -1.0F, 51.0F, 3e38F}) {
+        SCOPED_TRACE(strength);
+        const double slope = 5 / 255.0 * strength;
+        const double length = std::sqrt(1 + slope * slope);
+        const auto byteOf = [](double component) { return component * 127.5 + 127.5; };
+        const Picture alongU = NormalsOfHeights(ramp(false), strength);
+        const Picture alongV = NormalsOfHeights(ramp(true), strength);
+        for (const auto& [x, y] : {std::pair{10U, 20U}, {48U, 0U}, {1U, 49U}}) {
+            const uint8_t* u = &alongU.pixels[(y * kSide + x) * 4];
+            const uint8_t* v = &alongV.pixels[(x * kSide + y) * 4];
+            EXPECT_NEAR(u[0], byteOf(-slope / length), 0.51);
+            EXPECT_NEAR(v[1], byteOf(-slope / length), 0.51);
+            EXPECT_NEAR(u[2], byteOf(1 / length), 0.51);
+            EXPECT_NEAR(v[0], 127.5, 0.51);
+        }
+        const double fall = (1 - 49) * 5 / 2.0 / 255 * strength; // from the last pixel to the second
+        EXPECT_NEAR(alongU.pixels[0], byteOf(-fall / std::sqrt(1 + fall * fall)), 2.6);
+    }
+    EXPECT_EQ(NormalsOfHeights({1, 1, {9, 9, 9, 0}}, 5).pixels, (std::vector<uint8_t>{128, 128, 255, 255}));
 }
 
 TEST(Export, HostileNumbersLeaveAValidFile)

@@ -1,5 +1,6 @@
 // The exports before the judge of the format itself. Skipped where that cannot be had.
 #include "app/test_plant.h"
+#include "export/export_scene.h"
 #include "export/picture.h"
 
 #include <cstdlib>
@@ -18,7 +19,9 @@ TEST(GltfValidator, FindsNoErrorInAnyFormOfExport)
     PlantText plant;
     plant.materials =
         R"(<material matid="1" name="bark"><diffuse texture="leaf.png"/><normal texture="leaf.png"/></material>
-      <material matid="2" name="leaf"><diffuse texture="leaf.png"/><alpha texture="mask.png"/></material>)";
+      <material matid="2" name="leaf" sides="2"><alpha texture="mask.png"/><subsurface texture="leaf.png"/>
+        <front><diffuse texture="leaf.png"/><bump texture="mask.png" strength="1"/></front>
+        <back><diffuse color="0 1 0"/><specular color="1 0.5 0" texture="mask.png"/></back></material>)";
     std::vector<std::string> sources = {folder.write("in/tree.vdt", plant.text())};
     plant.connectors = "";
     sources.push_back(folder.write("in/bare.vdt", plant.text()));
@@ -34,6 +37,12 @@ TEST(GltfValidator, FindsNoErrorInAnyFormOfExport)
 
     std::string files;
     int number = 0;
+    vdt::NullMessageHandler silence;
+    ExportSummary summary;
+    const std::string both = folder.path("both sides.gltf");
+    ASSERT_TRUE(
+        ExportScene(SceneOf(sources.front(), silence), {.path = both, .backs = BackForm::Own}, summary, silence));
+    files += " '" + both + "'";
     for (const std::string& source : sources) {
         for (const char* form : {"merge", "nodes", "gpu"}) {
             for (const char* suffix : {".glb", ".gltf"}) {

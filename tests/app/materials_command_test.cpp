@@ -61,7 +61,7 @@ size_t countLines(const std::string& text, const std::string& part)
     return count;
 }
 
-TEST(Materials, EveryRendererIsToldOfPicturesAsTheQualityAllows)
+TEST(MaterialsCommand, EveryRendererIsToldOfPicturesAsTheQualityAllows)
 {
     const TemporaryFolder folder;
     const std::string plant = richPlant(folder);
@@ -85,7 +85,7 @@ TEST(Materials, EveryRendererIsToldOfPicturesAsTheQualityAllows)
     }
 }
 
-TEST(Materials, AreToldWithAllThatTheyLink)
+TEST(MaterialsCommand, AreToldWithAllThatTheyLink)
 {
     const TemporaryFolder folder;
     const Json told = toldOf(richPlant(folder), "standard,vray,thea,arnold,maxwell,mia");
@@ -131,7 +131,7 @@ TEST(Materials, AreToldWithAllThatTheyLink)
     EXPECT_EQ(cutout["properties"][0]["name"], "iray_force_bake");
 }
 
-TEST(Materials, TheTableHasWhatTheJsonHas)
+TEST(MaterialsCommand, TheTableHasWhatTheJsonHas)
 {
     const TemporaryFolder folder;
     const std::string plant = richPlant(folder);
@@ -160,7 +160,7 @@ TEST(Materials, TheTableHasWhatTheJsonHas)
     }
 }
 
-TEST(Materials, AMissingPictureIsToldOnce)
+TEST(MaterialsCommand, AMissingPictureIsToldOnce)
 {
     const TemporaryFolder folder;
     const std::string plant = richPlant(folder);
@@ -174,7 +174,7 @@ TEST(Materials, AMissingPictureIsToldOnce)
 }
 
 // What a plant of a scene has after the scene was saved and read is what the renderer was told of it.
-TEST(Materials, OfAllRenderersAreKeptInScenes)
+TEST(MaterialsCommand, OfAllRenderersAreKeptInScenes)
 {
     const TemporaryFolder folder;
     const std::string plant = richPlant(folder), scene = folder.path("garden.scene");
@@ -207,7 +207,7 @@ TEST(Materials, OfAllRenderersAreKeptInScenes)
     EXPECT_EQ(messages.str(), "");
 }
 
-TEST(Materials, AreLeftInTheExtrasOfAnExport)
+TEST(MaterialsCommand, AreLeftInTheExtrasOfAnExport)
 {
     const TemporaryFolder folder;
     const std::string plant = richPlant(folder), output = folder.path("plant.gltf");
@@ -235,7 +235,7 @@ TEST(Materials, AreLeftInTheExtrasOfAnExport)
     }
 }
 
-TEST(Materials, SayWhatIsWrongWithARequest)
+TEST(MaterialsCommand, SayWhatIsWrongWithARequest)
 {
     const TemporaryFolder folder;
     const std::string plant = richPlant(folder), scene = folder.path("garden.scene");

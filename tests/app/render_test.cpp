@@ -1,4 +1,5 @@
 #include "app/test_plant.h"
+#include "export/relief.h"
 #include "picture/draw_picture.h"
 
 #include <algorithm>
@@ -103,7 +104,8 @@ Scene scatteredLeaves(unsigned seed, int count)
     const auto between = [&](double from, double to) { return from + (to - from) * (random() / 4294967296.0); };
     Scene scene = emptyScene({0.3F, 0.6F, 0.2F});
     scene.materials.push_back(scene.materials.front());
-    scene.materials.back().twoSided = true;
+    scene.materials.back().transmission = 0.4F;
+    scene.materials.back().transmissionColor = {0.3F, 0.6F, 0.2F};
     for (uint32_t material = 0; material < 2; ++material) {
         SceneObject object;
         addQuad(object.mesh, {{{0, 0, 0}, {0.2F, 0, 0}, {0.3F, 0.5F, 0}, {0, 0.4F, 0.1F}}}, material);
@@ -242,23 +244,103 @@ TEST(Render, ShowsTheBackgroundThroughWhatALeafsTextureCutsAway)
     }
 }
 
-TEST(Render, LetsLightShineThroughLeavesAndNothingElse)
+TEST(Render, LetsLightShineThroughThinSurfacesAndNothingElse)
 {
-    Scene scene = uprightSquare({0.8F, 0.4F, 0.1F});
+    Scene scene = uprightSquare();
+    SceneMaterial& material = scene.materials.front();
     Shot shot;
     shot.settings.sun = {180, 15};
     const double board = meanOf(draw(scene, shot), 0);
-    scene.materials.front().twoSided = true;
+    material.transmission = 0.5F;
+    material.transmissionColor = {0.8F, 0.6F, 0.3F};
     const Picture leaf = draw(scene, shot);
     EXPECT_GT(meanOf(leaf, 0), board * 1.2);
-    EXPECT_GT(meanOf(leaf, 0), meanOf(leaf, 1) * 1.3);
-    EXPECT_GT(meanOf(leaf, 1), meanOf(leaf, 2) * 1.3);
+    EXPECT_GT(meanOf(leaf, 0), meanOf(leaf, 1) * 1.1);
+    EXPECT_GT(meanOf(leaf, 1), meanOf(leaf, 2) * 1.2);
 
-    // From the front it is the board that is brighter: a leaf does not give back what it lets through.
-    shot.settings.sun = {0, 15};
-    const double leafInFront = meanOf(draw(scene, shot), 0);
-    scene.materials.front().twoSided = false;
-    EXPECT_GT(meanOf(draw(scene, shot), 0), leafInFront);
+    // The more goes through, the more of it is seen from behind and the less from the front.
+    double behind = board, before = 256;
+    for (const float share : {0.25F, 0.5F, 0.75F, 1.0F}) {
+        material.transmission = share;
+        shot.settings.sun = {180, 15};
+        const double through = meanOf(draw(scene, shot), 0);
+        EXPECT_GT(through, behind) << share;
+        shot.settings.sun = {0, 15};
+        const double back = meanOf(draw(scene, shot), 2);
+        EXPECT_LT(back, before) << share;
+        behind = through, before = back;
+    }
+
+    // The texture takes the colour's place, also where it is the one that colours what comes back.
+    const TemporaryFolder folder;
+    material.transmission = 0.5F;
+    shot.settings.sun = {180, 15};
+    material.transmissionTexture = folder.path("inner.png");
+    writePng(material.transmissionTexture, {1, 1, {0, 0, 255, 255}});
+    Picture textured = draw(scene, shot);
+    EXPECT_GT(meanOf(textured, 2), meanOf(textured, 0) * 1.2);
+    material.colorTexture = material.transmissionTexture;
+    textured = draw(scene, shot);
+    EXPECT_GT(meanOf(textured, 2), meanOf(textured, 0) * 3);
+}
+
+TEST(Render, ShowsBacksWithTheirOwnLook)
+{
+    const TemporaryFolder folder;
+    const std::string red = folder.path("red.png");
+    writePng(red, {1, 1, {255, 0, 0, 255}});
+    Scene scene = uprightSquare({0, 0.8F, 0});
+    scene.levels.front().foliage.push_back({{}, {{{3, 0, 0}, {}, -1}}}); // a mirrored copy turns its back as well
+    scene.levels.front().foliage.front().mesh = scene.levels.front().body.mesh;
+    const auto seen = [&](double azimuth, const vdt::Color3f& color, const std::string& texture) {
+        SceneSide back;
+        back.color = color;
+        back.colorTexture = texture;
+        scene.materials.front().back = back;
+        const Picture picture = draw(scene, {{azimuth, 4}});
+        return std::array<bool, 3>{meanOf(picture, 0) > 20, meanOf(picture, 1) > 20, meanOf(picture, 2) > 20};
+    };
+    using Colors = std::array<bool, 3>;
+    EXPECT_EQ(seen(0, {0, 0, 0.8F}, {}), (Colors{false, true, true})); // the copy shows its back
+    scene.levels.front().foliage.clear();
+    EXPECT_EQ(seen(0, {0, 0, 0.8F}, {}), (Colors{false, true, false}));
+    EXPECT_EQ(seen(180, {0, 0, 0.8F}, {}), (Colors{false, false, true}));
+    EXPECT_EQ(seen(180, {0, 0, 0.8F}, red), (Colors{true, false, false}));
+}
+
+// Heights that rise to the right all over: a surface that looks to the left, from either side.
+TEST(Render, GivesSurfacesTheReliefOfTheirHeightsAndNormals)
+{
+    const TemporaryFolder folder;
+    Picture heights{64, 1, {}};
+    for (uint8_t x = 0; x < 64; ++x) {
+        const auto grey = static_cast<uint8_t>(4 * x);
+        heights.pixels.insert(heights.pixels.end(), {grey, grey, grey, 255});
+    }
+    const std::string bump = folder.path("bump.png");
+    const std::string normal = folder.path("normal.png");
+    writePng(bump, heights);
+    writePng(normal, NormalsOfHeights(heights, 30));
+    const auto brightness = [&](double view, double sun, bool ownBack, bool asNormals = false) {
+        Scene scene = uprightSquare();
+        SceneSide side = scene.materials.front();
+        (asNormals ? side.normalTexture : side.bumpTexture) = asNormals ? normal : bump;
+        side.bumpStrength = asNormals ? 0 : 30;
+        if (ownBack)
+            scene.materials.front().back = side;
+        else
+            static_cast<SceneSide&>(scene.materials.front()) = side;
+        Shot shot{{view, 4}};
+        shot.settings.sun = {sun, 20};
+        return meanOf(draw(scene, shot), 1);
+    };
+    for (const bool asNormals : {false, true}) {
+        EXPECT_GT(brightness(0, -60, false, asNormals), brightness(0, 60, false, asNormals) + 10);
+        EXPECT_EQ(brightness(0, -60, false, asNormals), brightness(0, -60, false));
+        // From behind it rises to the left if it is the back's own; the front's is seen from inside.
+        EXPECT_GT(brightness(180, 60, true, asNormals), brightness(180, -60, true, asNormals) + 10);
+        EXPECT_GT(brightness(180, -60, false, asNormals), brightness(180, 60, false, asNormals) + 10);
+    }
 }
 
 TEST(Render, CastsShadowsAwayFromTheSun)

@@ -2,6 +2,8 @@
 #pragma once
 
 #include "command_line.h"
+#include "export/scene_builder.h"
+#include "lookup/open_plant.h"
 #include "support/temporary_folder.h"
 
 #include <gtest/gtest.h>
@@ -30,6 +32,19 @@ inline RunResult RunApp(const std::vector<std::string>& arguments, bool terminal
         status = RunCommandLine(arguments, console);
     }
     return {status, out.str(), messages.str()};
+}
+
+/// A scene of the file's default variant, without the host.
+inline Scene SceneOf(const std::string& file, vdt::MessageHandler& messages,
+                     MaterialQuality quality = MaterialQuality::High, const std::string& season = "summer")
+{
+    OpenPlant plant;
+    plant.handle = plant.cache.acquire(file, messages, vdt::kNone);
+    const vdt::ModelVariant* variant = plant.handle.variantData(messages, true);
+    Scene scene;
+    EXPECT_TRUE(BuildScene({.model = *plant.handle.model(), .variant = *variant, .season = season, .quality = quality},
+                           scene, messages));
+    return scene;
 }
 
 /// What stands in the file; each field may be replaced.

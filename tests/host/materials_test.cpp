@@ -32,9 +32,9 @@ GeData layerSet(LAYERSETMODE mode, std::initializer_list<const char*> names)
 }
 
 // Documents that end with the test.
-class Materials : public testing::Test {
+class HostMaterials : public testing::Test {
 protected:
-    ~Materials() override
+    ~HostMaterials() override
     {
         for (BaseDocument* each : documents) BaseDocument::Free(each);
         for (const NodeKind kind : {NodeKind::Material, NodeKind::Shader, NodeKind::VideoPost})
@@ -97,7 +97,7 @@ protected:
     std::vector<BaseDocument*> documents;
 };
 
-TEST_F(Materials, NetworksOfShadersHoldTogetherWhereverTheyGo)
+TEST_F(HostMaterials, NetworksOfShadersHoldTogetherWhereverTheyGo)
 {
     EnterStandInRenderer("iray");
     BaseDocument& scene = *document();
@@ -122,7 +122,7 @@ TEST_F(Materials, NetworksOfShadersHoldTogetherWhereverTheyGo)
     checkNetwork(scene);
 }
 
-TEST_F(Materials, ALayerSetIsItsModeAndTheLayersInTheirOrder)
+TEST_F(HostMaterials, ALayerSetIsItsModeAndTheLayersInTheirOrder)
 {
     using Names = std::initializer_list<const char*>;
     std::vector<GeData> sets = {layerSet(LAYERSETMODE_LAYERS, {}), layerSet(LAYERSETMODE_DISABLED, {"a"})};
@@ -145,7 +145,7 @@ TEST_F(Materials, ALayerSetIsItsModeAndTheLayersInTheirOrder)
     }
 }
 
-TEST_F(Materials, ReflectanceLayersStayWithTheirMaterial)
+TEST_F(HostMaterials, ReflectanceLayersStayWithTheirMaterial)
 {
     BaseDocument& scene = *document();
     auto* material = static_cast<Material*>(BaseMaterial::Alloc(Mmaterial));
@@ -175,7 +175,7 @@ TEST_F(Materials, ReflectanceLayersStayWithTheirMaterial)
     EXPECT_EQ(material->GetReflectionLayerCount(), 0) << "no list of layers";
 }
 
-TEST_F(Materials, ARendererIsThereOnceItIsEntered)
+TEST_F(HostMaterials, ARendererIsThereOnceItIsEntered)
 {
     EXPECT_FALSE(EnterStandInRenderer("none") || FindStandInRenderer("none"));
     for (const StandInRenderer& renderer : StandInRenderers()) {
@@ -211,7 +211,7 @@ TEST_F(Materials, ARendererIsThereOnceItIsEntered)
     }
 }
 
-TEST_F(Materials, ViewsShowTheColorOfAnyRenderersMaterial)
+TEST_F(HostMaterials, ViewsShowTheColorOfAnyRenderersMaterial)
 {
     EnterStandInRenderer("vray");
     BaseDocument& scene = *document();

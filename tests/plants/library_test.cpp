@@ -73,6 +73,7 @@ struct PictureFacts {
     uint32_t height = 0;
     int lowestAlpha = 255;
     int highestAlpha = 0;
+    std::vector<uint8_t> alphas{}, brightness{}; // one a pixel
 };
 
 PictureFacts factsOf(const std::string& path)
@@ -87,6 +88,8 @@ PictureFacts factsOf(const std::string& path)
     for (size_t i = 3; i < bytes.size(); i += 4) {
         facts.lowestAlpha = std::min<int>(facts.lowestAlpha, bytes[i]);
         facts.highestAlpha = std::max<int>(facts.highestAlpha, bytes[i]);
+        facts.alphas.push_back(bytes[i]);
+        facts.brightness.push_back(bytes[i - 1]);
     }
     return facts;
 }
@@ -208,6 +211,10 @@ TEST(PlantLibrary, HasAMaterialForEveryNumberAndAPictureForEveryPath)
             EXPECT_EQ(facts.highestAlpha, 255);
             ASSERT_TRUE(material.hasSeparateBack());
             EXPECT_EQ(factsOf(material.back()->diffuseTexture).width, facts.width);
+            std::string mask = material.alphaTexture;
+            const PictureFacts maskFacts = factsOf(mask.insert(mask.rfind('.'), "_a"));
+            EXPECT_EQ(maskFacts.brightness, facts.alphas) << mask;
+            EXPECT_EQ(maskFacts.lowestAlpha, 255);
             EXPECT_NE(material.back()->diffuseTexture, material.front.diffuseTexture);
             EXPECT_GT(material.subsurfaceDepth, 0);
         }

@@ -127,11 +127,11 @@ TEST(MaterialTwins, DifferIfAnythingDiffersDownToTheLastLink)
         {"fewer values", false, [](auto&, auto& v) { v.RemoveData(9000); }},
         {"name", false, [](auto& m, auto&) { m.SetName(String("Leaf")); }},
         {"file", false, [](auto& m, auto&) { link(m, 9001, bitmap("other.png")); }},
-        {"kind of shader", false, [](auto& m, auto&) { link(m, 9001, BaseShader::Alloc(Xcolor)); }},
         {"value of a shader's child", false, [](auto& m, auto&) { link(m, 9001, bitmap("leaf.png", 0.1)); }},
         {"child", false, [](auto&, auto& v) { BaseShader::Alloc(Xcolor)->InsertUnder(&shaderAt(v, 9001)); }},
         {"network value", false, [](auto& m, auto&) { node(m).SetFloat(2, 0.25); }},
-        {"network shader", false, [](auto& m, auto&) { shaderAt(node(m), 1).GetDataInstance()->SetInt32(9, 9); }},
+        {"shader of the network", false,
+         [](auto& m, auto&) { shaderAt(node(m), 1).GetDataInstance()->SetInt32(9, 9); }},
         {"no link", false, [](auto&, auto& v) { v.SetLink(9001, nullptr); }},
         {"a link", false, [](auto&, auto& v) { v.SetLink(9004, &shaderAt(v, 9001)); }},
         {"kind of target", false, [](auto& m, auto& v) { v.SetLink(9001, &m); }},
@@ -185,18 +185,15 @@ TEST(MaterialNames, OfAPlantMayHaveItsOwnNameBefore)
 {
     PlantScene scene;
     BaseObject& plant = scene.place("");
-    BaseObject* null = BaseObject::Alloc(Onull);
-    scene.document->InsertObject(null, nullptr, nullptr);
-    plant.SetName(String("Object"));
-    null->SetName(String("Object"));
+    const HostPtr<BaseObject> null(BaseObject::Alloc(Onull));
+    for (BaseObject* object : {&plant, null.get()}) object->SetName(String("Object"));
     TextureTag& tag = scene.addTexture(plant, scene.addMaterial(Vector()), "");
-    struct Row {
+    const struct {
         const char* restriction;
         Int32 ofPlant, ofOther;
-    };
-    const Row rows[] = {{"MAT12", 12, 12},       {"Object::MAT-7", -7, -1}, {"Object::Object::MAT7", -1, -1},
-                        {"Other::MAT7", -1, -1}, {"Object::MAT7x", -1, -1}, {"Object::", -1, -1}};
-    for (const Row& row : rows) {
+    } rows[] = {{"MAT12", 12, 12},       {"Object::MAT-7", -7, -1}, {"Object::Object::MAT7", -1, -1},
+                {"Other::MAT7", -1, -1}, {"Object::MAT7x", -1, -1}, {"Object::", -1, -1}};
+    for (const auto& row : rows) {
         Set(tag, TEXTURETAG_RESTRICTION, GeData(String(row.restriction)));
         EXPECT_EQ(matidFromMaterialName(plant, tag), row.ofPlant) << row.restriction;
         EXPECT_EQ(matidFromMaterialName(*null, tag), row.ofOther) << row.restriction;
