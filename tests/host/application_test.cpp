@@ -1,3 +1,4 @@
+#include "core/console.h"
 #include "core/string_access.h"
 #include "support/test_host.h"
 
@@ -102,6 +103,15 @@ TEST(Application, AnswersComeInOrderAndAChosenNameGetsItsSuffix)
     EXPECT_EQ(choose(FILESELECT_SAVE), "/a/oak.VDT");
     EXPECT_EQ(choose(FILESELECT_LOAD), "/a/b");
     EXPECT_EQ(host.dialogs.fileQuestions[1].start, "/start");
+}
+
+TEST(Application, TheStatusBarIsNeverBeyondFullOrEmpty)
+{
+    const TestHost host;
+    for (const auto& [told, shown] : {std::pair{250, 100}, {-3, 0}, {40, 40}}) {
+        StatusSetBar(told);
+        EXPECT_EQ(PartOf<StatusBar>().percent, shown);
+    }
 }
 
 } // namespace
