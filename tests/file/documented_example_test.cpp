@@ -56,34 +56,4 @@ TEST(DocumentedFormat, NamesEveryElement)
     }
 }
 
-TEST(DocumentedFormat, TellsTheMessagesAsTheyCome)
-{
-    const std::string page = BytesOfFile(VERDANTH_DOCS "/file_format.md");
-    const char* const head = "<verdanth version=\"1.2\"><plant>";
-    struct Row {
-        std::string text;
-        const char* report; // up to the first number in it
-    };
-    const Row rows[] = {
-        {"<verdanth version=\"1\">", "Malformed Verdanth file version!"},
-        {"<verdanth version=\"1.3\">", "Verdanth file cannot be read since it seems to be exported from a newer"},
-        {head + std::string("<label>x</label>"), "Empty label or label without proper language attribute spec"},
-        {head + std::string("<model><label>x</label>"), "Empty label or label without language attribute spec"},
-        {head + std::string("<meta><description>x</description>"), "Description without proper language attrib"},
-        {head + std::string("<colors><wood>1</wood>"), "Wood color has wrong argument count ("},
-        {head + std::string("<colors><foliage>1</foliage>"), "Foliage color has wrong argument count ("},
-        {head + std::string("<model><bound>1</bound>"), "Invalid bounding volume value count, found "},
-        {head + std::string("<model><qualifiers default=\"3\"></qualifiers>"), "Unknown default qualifier given ("},
-    };
-    for (const Row& row : rows) {
-        SCOPED_TRACE(row.text);
-        const RecordingMessages told = readText(row.text).messages;
-        ASSERT_EQ(told.errors.size() + told.warnings.size(), 1u);
-        const std::string report = (told.errors.empty() ? told.warnings : told.errors)[0];
-        EXPECT_EQ(report.rfind(row.report, 0), 0u) << report;
-        EXPECT_EQ(told.errors.empty(), row.text.find("version=\"1.2\"") != std::string::npos);
-        EXPECT_NE(page.find(row.report), std::string::npos);
-    }
-}
-
 } // namespace vdt::test

@@ -9,9 +9,6 @@
 namespace vdt::test {
 namespace {
 
-using testing::Each;
-using testing::ElementsAre;
-
 struct Tubes {
     Mesh mesh;
     std::vector<int32_t> levels;
@@ -57,23 +54,6 @@ TEST(ControlMesh, IsThatOfGeneralMatricesOnAnyTree)
         ExpectSameMesh(twice, expected, 1e-11);
         if (HasFailure()) return;
     }
-}
-
-TEST(ControlMesh, OfASingleSegmentIsABoxWithBothEndsClosed)
-{
-    const Skeleton skeleton = SkeletonBuilder().along({{{0, 0, 0}, {0, 0, 3}}}, 2, 7).take();
-    const Tubes tubes(skeleton, 1);
-    EXPECT_EQ(tubes.mesh.positions.size(), 16u);
-    EXPECT_THAT(tubes.mesh.polygonEnds, ElementsAre(4, 8, 12, 16, 20, 24));
-    EXPECT_THAT(tubes.mesh.materials, Each(7));
-    EXPECT_EQ(tubes.mesh.positions[1], (Vector3{2, -2, 0}));
-    EXPECT_EQ(tubes.mesh.normals[4], (Vector3{0, 0, -1}));  // the foot
-    EXPECT_EQ(tubes.mesh.normals[12], (Vector3{0, 0, 1}));  // the tip
-    EXPECT_EQ(tubes.mesh.coordinates[4], (Vector2f{1, 0})); // of the last segment: runs backwards
-    EXPECT_EQ(tubes.mesh.coordinates[6], (Vector2f{0.75F, 1}));
-
-    // Without subdivision the square has the circle's area.
-    EXPECT_NEAR(Tubes(skeleton, 0).mesh.positions[0].x, std::sqrt(kPi), 1e-15);
 }
 
 TEST(ControlMesh, OddRadiiMakeNoSurfaceAndNoTrouble)

@@ -128,18 +128,6 @@ TEST(Geo, TakesWhatIsLikelyAndRefusesWhatIsWrong)
     EXPECT_FALSE(Geo().read(failed));
 }
 
-TEST(Geo, NeedsNoSectionOfWhatThereIsNoneOf)
-{
-    GeoText text;
-    text.attributeCounts = "NPointAttrib 0 NVertexAttrib 0 NPrimAttrib 0 NAttrib 0\n";
-    text.pointAttributes = text.vertexAttributes = text.primitiveAttributes = "";
-    text.primitives = "Poly 2 : 0 1 Poly 1 < 2";
-    EXPECT_EQ(primitivesOf(ReadGeo(text)), "Poly 2 : 0 1; Poly 1 < 2");
-    text.counts = "NPoints 0 NPrims 0 NPointGroups 0 NPrimGroups 0\n";
-    text.points = text.primitives = "";
-    EXPECT_TRUE(ReadGeo(text).complete);
-}
-
 TEST(Geo, KeepsFourComponentsAndFillsUpWithDefaults)
 {
     GeoText text;

@@ -1,5 +1,4 @@
 #include "core/console.h"
-#include "core/network.h"
 #include "core/string_access.h"
 #include "support/test_host.h"
 
@@ -106,39 +105,13 @@ TEST(Application, AnswersComeInOrderAndAChosenNameGetsItsSuffix)
     EXPECT_EQ(host.dialogs.fileQuestions[1].start, "/start");
 }
 
-TEST(Application, TheStatusBarShowsTheLastTextAndAFullBarAtMost)
+TEST(Application, TheStatusBarIsNeverBeyondFullOrEmpty)
 {
     const TestHost host;
-    const StatusBar& bar = PartOf<StatusBar>();
-    StatusSetText("Reading");
-    StatusSetBar(250);
-    EXPECT_EQ(bar.text, "Reading");
-    EXPECT_EQ(bar.percent, 100);
-    StatusSetBar(-3);
-    EXPECT_EQ(bar.percent, 0);
-    StatusClear();
-    EXPECT_EQ(bar.text, "");
-    EXPECT_EQ(bar.percent, StatusBar::kNoBar);
-}
-
-TEST(Application, FilesComeFromTheNetworkOnlyThroughAService)
-{
-    const TestHost host;
-    Filename here("kept");
-    EXPECT_EQ(GetGlobalNetRenderService(), nullptr);
-    EXPECT_FALSE(NetRenderGetFileFromServer(nullptr, "oak.vdt", here));
-    EXPECT_EQ(here, Filename("kept"));
-
-    struct Service final : NetRenderService {
-        bool fetch(const Filename& name, Filename& where) override
-        {
-            where = Filename("/cache") + name;
-            return true;
-        }
-    } service;
-    PartOf<Network>().service = &service;
-    EXPECT_TRUE(NetRenderGetFileFromServer(GetGlobalNetRenderService(), "oak.vdt", here));
-    EXPECT_EQ(here.GetFile(), Filename("oak.vdt"));
+    for (const auto& [told, shown] : {std::pair{250, 100}, {-3, 0}, {40, 40}}) {
+        StatusSetBar(told);
+        EXPECT_EQ(PartOf<StatusBar>().percent, shown);
+    }
 }
 
 } // namespace

@@ -1,9 +1,7 @@
-#include "core/assets.h"
 #include "core/document_messages.h"
 #include "core/documents.h"
 #include "core/native_path.h"
 #include "core/string_access.h"
-#include "ddoc.h"
 #include "support/test_host.h"
 #include "test_plugins.h"
 
@@ -232,22 +230,6 @@ TEST_F(DocumentMessagesTest, AProjectHoldsItsFilesBeforeNodesAreToldToForgetWher
     BaseDocument* opened = OpenDocument(file("project/scene.vds"));
     ASSERT_TRUE(opened);
     EXPECT_EQ(opened->GetFirstObject()->GetDataInstance()->GetFilename(kFileParameter), Filename("oak.vdt"));
-}
-
-TEST_F(DocumentMessagesTest, AssetsAreCollectedOncePerPath)
-{
-    setFile(plant, "/models/oak.vdt");
-    setFile(Add(*document, kGenerator, "again"), "\\models\\oak.vdt");
-    setFile(Add(*document, kGenerator, "other"), "elm.vdt");
-    Generator::Of(plant).onMessage = [&](Int32 type, void* data) {
-        if (type != MSG_GETALLASSETS) return;
-        EXPECT_EQ(static_cast<AssetData*>(data)->flags, ASSETDATA_FLAG_NET);
-    };
-    const std::vector<RootTextureString::Asset> assets = CollectAssets(*document, ASSETDATA_FLAG_NET);
-    ASSERT_EQ(assets.size(), 2u);
-    EXPECT_EQ(FindNode(assets[0].owner), CoreOf(plant));
-    EXPECT_EQ(assets[1].file, Filename("elm.vdt"));
-    EXPECT_FALSE(AssetData().Add(Filename("elm.vdt"), nullptr)) << "nobody collects";
 }
 
 TEST(TextureSearch, LooksInTheSuggestedFolderThenAroundTheDocumentThenInThePreferences)

@@ -202,16 +202,5 @@ TEST(Units, TheFactorIsTheQuotientOfLengthsAndNeverZero)
     EXPECT_EQ(CalculateTranslationScale(nullptr, nullptr), 1.0);
 }
 
-TEST(Colours, GoThereAndBack)
-{
-    for (int i = -2; i <= 30; ++i) {
-        const Vector color(i / 20.0, i / 25.0, i / 400.0);
-        const Vector back = TransformColor(TransformColor(color, COLORSPACETRANSFORMATION_SRGB_TO_LINEAR),
-                                           COLORSPACETRANSFORMATION_LINEAR_TO_SRGB);
-        EXPECT_LT((back - color).GetLength(), 1e-6) << i;
-    }
-    EXPECT_NEAR(TransformColor(Vector(0.5), COLORSPACETRANSFORMATION_SRGB_TO_LINEAR).x, 0.21404114, 1e-8);
-}
-
 } // namespace
 } // namespace host::test

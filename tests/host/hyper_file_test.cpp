@@ -1,8 +1,7 @@
-// Typed chunk files in memory and on disk, and the settings file.
+// Typed chunk files in memory and on disk.
 #include "c4d.h"
 #include "core/disk_file.h"
 #include "core/hyper_stream.h"
-#include "core/settings_file.h"
 #include "core/string_access.h"
 #include "support/note_plugin.h"
 #include "support/test_host.h"
@@ -317,34 +316,6 @@ TEST_F(HyperFiles, OnDiskReplaceTheOldOneWholeOrNotAtAll)
     size_t files = 0;
     for ([[maybe_unused]] const auto& entry : std::filesystem::directory_iterator(host.folder.root)) ++files;
     EXPECT_EQ(files, 2u); // nothing is left beside
-}
-
-TEST_F(HyperFiles, HoldSettingsAndGiveWhatCanStillBeRead)
-{
-    std::map<Int32, BaseContainer> settings, read;
-    settings[kKeeper].SetData(1, NoteOf(1, "one"));
-    settings[kKeeper].SetFilename(2, Filename("C:\\plants"));
-    settings[0].SetInt32(1002, 1);
-    std::string fault;
-    const std::filesystem::path path = host.folder.root / "kept";
-    ASSERT_TRUE(WriteSettings(path, settings, fault)) << fault;
-    ASSERT_TRUE(ReadSettings(path, read, fault)) << fault;
-    EXPECT_EQ(read, settings);
-
-    const std::optional<Bytes> bytes = LoadFile(path);
-    size_t most = 0;
-    for (size_t length = 0; length < bytes->size(); ++length) {
-        std::map<Int32, BaseContainer> part;
-        fault.clear();
-        // Between two containers a cut cannot be told from an end.
-        const bool whole = ReadSettings(std::span(*bytes).first(length), "prefix", part, fault);
-        EXPECT_THAT(fault, whole ? testing::Matcher<std::string>("") : testing::StartsWith("prefix: "));
-        EXPECT_GE(part.size(), most);
-        most = std::max(most, part.size());
-    }
-    EXPECT_EQ(most, 2u);
-    EXPECT_FALSE(WriteSettings(path / "none", settings, fault));
-    EXPECT_FALSE(ReadSettings(path / "none", read, fault));
 }
 
 } // namespace

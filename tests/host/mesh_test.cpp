@@ -6,6 +6,7 @@
 
 #include <gmock/gmock.h>
 
+#include <cmath>
 #include <set>
 
 namespace host::test {
@@ -69,17 +70,6 @@ TEST_F(MeshObject, ResizingKeepsWhatIsThereAndBringsZeros)
     EXPECT_EQ(PolygonObject::Alloc(1, -1), nullptr);
 }
 
-TEST_F(MeshObject, TakesItsBoxWhenItIsTold)
-{
-    object->Message(MSG_UPDATE);
-    EXPECT_EQ(object->GetMp(), Vector(1, 2, -3));
-    EXPECT_EQ(object->GetRad(), Vector(1, 2, 3));
-    object->GetPointW()[0].x = -8;
-    EXPECT_EQ(object->GetMp(), Vector(1, 2, -3));
-    object->Message(MSG_UPDATE);
-    EXPECT_EQ(object->GetRad(), Vector(5, 2, 3));
-}
-
 TEST_F(MeshObject, ItsCopiesAndWhatIsReadAgainAreEqualAndApart)
 {
     object->GetPolygonS()->Select(1);
@@ -122,6 +112,89 @@ TEST_F(MeshObject, RefusesBodiesThatAreCutOrReferToWhatIsNotThere)
     for (size_t length = HyperStream::kHeaderSize; length < body.size(); ++length)
         EXPECT_FALSE(readBody(read, {body.begin(), body.begin() + static_cast<std::ptrdiff_t>(length)})) << length;
     PolygonObject::Free(read);
+}
+
+void expectNear(const Vector& found, const Vector& expected, Float tolerance)
+{
+    EXPECT_NEAR(found.x, expected.x, tolerance);
+    EXPECT_NEAR(found.y, expected.y, tolerance);
+    EXPECT_NEAR(found.z, expected.z, tolerance);
+}
+
+TEST(GeometryTags, KeepTextureCoordinatesAndNormalsOfEachCorner)
+{
+    const TestHost host;
+    UVWTag* uvws = UVWTag::Alloc(3);
+    NormalTag* normals = NormalTag::Alloc(3);
+    const Vector a(0.25, -3, 0), b(1, 0.5, 7), c(0.1, 0.2, 0.3), d(1e6, 0, -1);
+    UVWTag::Set(uvws->GetDataAddressW(), 1, UVWStruct(a, b, c, d));
+    NormalStruct corners;
+    corners.a = Vector(0.6, -0.8, 0);
+    corners.b = Vector(1, -1, 1.0 / 3);
+    corners.c = Vector(2, -1e300, std::nan(""));
+    NormalTag::Set(normals->GetDataAddressW(), 1, corners);
+
+    UVWStruct uvw;
+    UVWTag::Get(uvws->GetDataAddressR(), 1, uvw);
+    expectNear(uvw.a, a, 0);
+    expectNear(uvw.b, b, 0);
+    expectNear(uvw.c, c, 1e-7);
+    expectNear(uvw.d, d, 0);
+    NormalStruct normal;
+    NormalTag::Get(normals->GetDataAddressR(), 1, normal);
+    expectNear(normal.a, corners.a, 1.0 / 32000);
+    expectNear(normal.b, corners.b, 1.0 / 32000);
+    EXPECT_EQ(normal.c, Vector(1, -1, 0)); // clipped, and nothing for what is no number
+    EXPECT_EQ(normal.d, Vector());
+    UVWTag::Get(uvws->GetDataAddressR(), 2, uvw);
+    EXPECT_EQ(uvw.d, Vector());
+    UVWTag::Free(uvws);
+    NormalTag::Free(normals);
+}
+
+TEST(GeometryTags, FollowTheNumberOfTheObjectsPolygons)
+{
+    const TestHost host;
+    PolygonObject* object = PolygonObject::Alloc(4, 2);
+    VariableTag* made = object->MakeVariableTag(Tuvw, 2);
+    UVWTag* inserted = UVWTag::Alloc(9);
+    object->InsertTag(inserted);
+    EXPECT_EQ(inserted->GetDataCount(), 2);
+    ASSERT_TRUE(object->ResizeObject(4, 5));
+    EXPECT_EQ(made->GetDataCount(), 5);
+    EXPECT_EQ(inserted->GetDataCount(), 5);
+
+    const UInt32 before = object->GetDirty(DIRTYFLAGS_DATA);
+    inserted->GetDataAddressW();
+    EXPECT_NE(object->GetDirty(DIRTYFLAGS_DATA), before);
+    PolygonObject::Free(object);
+}
+
+TEST(GeometryTags, ShowAMaterialOfTheirOwnDocument)
+{
+    const TestHost host;
+    BaseDocument* document = BaseDocument::Alloc();
+    BaseDocument* other = BaseDocument::Alloc();
+    BaseObject* object = BaseObject::Alloc(Onull);
+    TextureTag* tag = TextureTag::Alloc();
+    BaseMaterial* material = BaseMaterial::Alloc(Mmaterial);
+    tag->SetMaterial(material);
+    EXPECT_EQ(tag->GetMaterial(), nullptr); // in no document
+    EXPECT_EQ(tag->GetMaterial(true), material);
+    document->InsertMaterial(material);
+    EXPECT_EQ(tag->GetMaterial(), material);
+
+    object->InsertTag(tag);
+    document->InsertObject(object, nullptr, nullptr);
+    EXPECT_EQ(tag->GetMaterial(), material);
+    material->Remove();
+    other->InsertMaterial(material);
+    EXPECT_EQ(tag->GetMaterial(), nullptr);
+    material->Remove();
+    BaseMaterial::Free(material);
+    EXPECT_EQ(tag->GetMaterial(true), nullptr);
+    BaseDocument::Free(document);
+    BaseDocument::Free(other);
 }
 
 TEST(Neighbor, ListsThePolygonsOfEachPointInOrder)

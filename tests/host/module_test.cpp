@@ -1,12 +1,9 @@
 #include "c4d_plugin.h"
-#include "core/node_class.h"
 #include "core/string_access.h"
 #include "support/test_host.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
-#include <dlfcn.h>
 
 namespace host::test {
 namespace {
@@ -123,7 +120,7 @@ TEST_F(ModulesTest, WhatIsNoPlugInIsNamedWithItsCause)
         {host.folder.root.string(), ""},
         {VERDANTH_HOST_LIBRARY, "without the entry point c4d_main"},
     };
-    const std::string library = vdt::test::BytesOfFile(VERDANTH_TELLING_PLUGIN);
+    const std::string library = vdt::test::BytesOfFile(VERDANTH_MODULE);
     constexpr size_t kBeforeItsEnd = 8192; // code and data go on behind it, whatever the build
     for (size_t size = 1; size <= kBeforeItsEnd; size *= 2)
         rows.push_back({host.folder.write("cut" + std::to_string(size) + ".so", library.substr(0, size)), ""});
@@ -138,52 +135,6 @@ TEST_F(ModulesTest, WhatIsNoPlugInIsNamedWithItsCause)
         EXPECT_THAT(line, HasSubstr(row.cause));
     }
     EXPECT_EQ(host.modules().count(), 0u);
-}
-
-TEST(ModuleFiles, ALibraryIsLoadedAgainInEachRunOfTheHost)
-{
-    for (const Int32 level : {16000, 18000, 19068}) {
-        TestHost host({.apiLevel = level});
-        ASSERT_TRUE(host.modules().load(VERDANTH_TELLING_PLUGIN));
-        EXPECT_FALSE(host.modules().load(VERDANTH_TELLING_PLUGIN));
-        host.console.pop_back();
-        ASSERT_TRUE(host.modules().attach(entry<0>, "/a/a.so"));
-        host.modules().start();
-        void* library = dlopen(VERDANTH_TELLING_PLUGIN, RTLD_NOW | RTLD_NOLOAD);
-        ASSERT_TRUE(library);
-        reinterpret_cast<void (*)()>(dlsym(library, "tellHome"))();
-        dlclose(library);
-        host.end();
-        EXPECT_THAT(host.console,
-                    ElementsAre("host of level " + std::to_string(level), "message with data 0", "message 1",
-                                "start at home 2", "message 1000", "message 1001188", "message 450000215",
-                                "message with data 1002", "at home", "message 1001084", "message 1001", "end 3"));
-    }
-}
-
-NodeData* makeNothing()
-{
-    return nullptr;
-}
-
-TEST(Registering, AnIdIsTakenOncePerType)
-{
-    const TestHost host;
-    constexpr Int32 kId = 1050000;
-    EXPECT_TRUE(RegisterObjectPlugin(kId, "First", 0, makeNothing, String(), nullptr, 0));
-    EXPECT_FALSE(RegisterObjectPlugin(kId, "Second", 0, makeNothing, String(), nullptr, 0));
-    EXPECT_TRUE(RegisterSceneHookPlugin(kId, "Hook", 0, makeNothing, 0, 0));
-    EXPECT_FALSE(RegisterSceneHookPlugin(kId, "Hook", 0, makeNothing, 0, 0));
-    ASSERT_TRUE(FindPlugin(kId, PLUGINTYPE_OBJECT));
-    EXPECT_EQ(Utf8Of(FindPlugin(kId, PLUGINTYPE_OBJECT)->GetName()), "First");
-
-    C4DLibrary library{}, other{};
-    EXPECT_TRUE(InstallLibrary(kId, &library, 1000, sizeof(library)));
-    EXPECT_FALSE(InstallLibrary(kId, &other, 1000, sizeof(other)));
-    C4DLibrary* found = nullptr;
-    EXPECT_EQ(CheckLib(kId, 0, &found), &library);
-    EXPECT_EQ(found, &library);
-    EXPECT_EQ(library.size, static_cast<Int32>(sizeof(library)));
 }
 
 } // namespace

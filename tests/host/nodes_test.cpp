@@ -1,5 +1,4 @@
 #include "core/document.h"
-#include "core/hyper_stream.h"
 #include "core/layer.h"
 #include "core/object.h"
 #include "core/string_access.h"
@@ -95,20 +94,6 @@ TEST_F(Nodes, APluginsPartLivesFromBeforeInitToAfterFree)
 
     EXPECT_EQ(BaseObject::Alloc(Tphong), nullptr) << "a tag is no object";
     EXPECT_EQ(BaseTag::Alloc(1900099), nullptr);
-}
-
-TEST_F(Nodes, FreeingTakesEverythingThatTheNodeOwns)
-{
-    BaseObject* root = BaseObject::Alloc(kProbeObject);
-    child(child(root), "", kProbeObject);
-    BaseObject* cache = BaseObject::Alloc(Onull);
-    child(cache, "", kProbeObject);
-    BaseObject* beside = BaseObject::Alloc(kProbeObject);
-    beside->InsertAfter(cache);
-    CoreOf(root)->SetCache(CoreOf(cache));
-    EXPECT_EQ(record.living.size(), 4u);
-    BaseObject::Free(root);
-    EXPECT_TRUE(record.living.empty());
 }
 
 TEST_F(Nodes, ACloneIsMadeInOrderAndHasNoCache)
@@ -353,20 +338,6 @@ TEST_F(Nodes, EachEditRaisesItsOwnCounts)
     EXPECT_TRUE(edited->GetBit(BIT_CONTROLOBJECT));
 }
 
-TEST_F(Nodes, ACacheIsStaleWithoutCacheOrUnderOtherCircumstances)
-{
-    BaseObject* generator = object("", kProbeObject);
-    HierarchyHelp editor = NodeCore::MakeHierarchyHelp(nullptr, nullptr, BUILDFLAGS_0, Matrix());
-    HierarchyHelp render = NodeCore::MakeHierarchyHelp(nullptr, nullptr, BUILDFLAGS_EXTERNALRENDERER, Matrix());
-    EXPECT_TRUE(generator->CheckCache(&editor));
-    EXPECT_TRUE(generator->CheckCache(&editor)) << "still none";
-    CoreOf(generator)->SetCache(CoreOf(BaseObject::Alloc(Onull)));
-    EXPECT_FALSE(generator->CheckCache(&editor));
-    EXPECT_TRUE(generator->CheckCache(&render));
-    EXPECT_FALSE(generator->CheckCache(&render)) << "noted by the last look";
-    EXPECT_EQ(generator->GetRad(), Vector(4, 5, 6));
-}
-
 // --- matrices
 
 double distance(const Matrix& a, const Matrix& b)
@@ -513,40 +484,6 @@ TEST_F(Nodes, ASoloedLayerHidesTheOthersOfItsDocument)
     seen->SetLayerObject(nullptr);
     EXPECT_EQ(seen->GetLayerObject(scene), nullptr);
     EXPECT_FALSE(seen->SetLayerData(scene, solo));
-}
-
-// --- files
-
-TEST_F(Nodes, MembersComeBackFromAFileAndCutFilesAreRefused)
-{
-    BaseObject* written = object();
-    written->SetMl(HPBToMatrix(Vector(1, 2, 0.5)));
-    written->SetAbsRot(Vector(30, 0, 0));
-    written->SetEditorMode(MODE_OFF);
-    written->SetDeformMode(false);
-    ObjectColorProperties colour;
-    colour.usecolor = 2;
-    colour.color = Vector(0.1, 0.2, 0.3);
-    colour.xray = true;
-    written->SetColorProperties(&colour);
-    HyperFilePtr file = HyperStream::Write(1);
-    ASSERT_TRUE(CoreOf(written)->WriteBody(*file));
-    const std::vector<uint8_t> bytes = HyperStream::Of(*file).takeBytes();
-
-    BaseObject* target = object();
-    HyperFilePtr reader = HyperStream::Read(1, bytes);
-    ASSERT_TRUE(CoreOf(target)->ReadBody(*reader, NodeCore::kBodyLevel));
-    for (Int32 id = ID_BASEOBJECT_VISIBILITY_EDITOR; id <= ID_BASEOBJECT_XRAY; ++id) {
-        GeData expected, found;
-        EXPECT_TRUE(CoreOf(written)->GetBuiltIn(id, expected) && CoreOf(target)->GetBuiltIn(id, found));
-        EXPECT_EQ(expected, found) << id;
-    }
-    EXPECT_EQ(target->GetMl(), written->GetMl());
-    for (size_t size = HyperStream::kHeaderSize; size < bytes.size(); ++size) {
-        const std::vector<uint8_t> cut(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(size));
-        HyperFilePtr cutFile = HyperStream::Read(1, cut);
-        EXPECT_FALSE(cutFile && CoreOf(object())->ReadBody(*cutFile, NodeCore::kBodyLevel)) << size;
-    }
 }
 
 } // namespace

@@ -263,46 +263,5 @@ TEST_F(Parameters, AValueThatWasReadIsACopy)
     EXPECT_EQ(get(DescID(P_PAIR, 1)), GeData(Int32{3}));
 }
 
-// The flag alone tells whether a plug-in brought its description.
-class Describer final : public Probe {
-public:
-    static NodeData* Alloc() { return NewObjClear(Describer); }
-    Bool GetDDescription(GeListNode*, Description* description, DESCFLAGS_DESC& flags) override
-    {
-        if (mode == 0) return true;
-        description->LoadDescription("Oprobe");
-        description->GetParameterI(P_LONG, nullptr)->SetInt32(DESC_MAX, 77);
-        if (mode == 2) flags |= DESCFLAGS_DESC_LOADED;
-        return false;
-    }
-    Bool GetDEnabling(GeListNode*, const DescID& id, const GeData& t_data, DESCFLAGS_ENABLE,
-                      const BaseContainer*) override
-    {
-        return id[0].id != P_LONG || t_data.GetBool();
-    }
-    static inline int mode = 0;
-};
-
-TEST_F(Parameters, ADescriptionCountsByItsFlag)
-{
-    constexpr Int32 id = 1900020;
-    ASSERT_TRUE(RegisterObjectPlugin(id, "Describer", 0, Describer::Alloc, "Oprobe", nullptr, 0));
-    BaseObject* describer = BaseObject::Alloc(id);
-    for (const auto& [mode, most] : {std::pair{0, 9}, {1, 9}, {2, 77}}) {
-        Describer::mode = mode;
-        AutoAlloc<Description> description;
-        EXPECT_TRUE(describer->GetDescription(&*description, DESCFLAGS_DESC_0));
-        EXPECT_EQ(description->GetParameterI(P_LONG, nullptr)->GetInt32(DESC_MAX), most) << mode;
-    }
-    GeData value;
-    EXPECT_TRUE(describer->SetParameter(P_LONG, GeData(Int32{50}), DESCFLAGS_SET_0));
-    EXPECT_TRUE(describer->GetParameter(P_LONG, value, DESCFLAGS_GET_0));
-    EXPECT_EQ(value, GeData(Int32{9})) << "values are limited by the registered description";
-    EXPECT_FALSE(describer->GetEnabling(P_LONG, GeData(Int32{0}), DESCFLAGS_ENABLE_0, nullptr));
-    EXPECT_TRUE(describer->GetEnabling(P_REAL, GeData(Int32{0}), DESCFLAGS_ENABLE_0, nullptr));
-    record.living.insert(describer->GetNodeData()); // this allocator tells nobody
-    BaseObject::Free(describer);
-}
-
 } // namespace
 } // namespace host::test

@@ -34,14 +34,6 @@ std::string lineOf(const ResourceStatement& statement)
     return line + " }";
 }
 
-std::string withLineEnds(std::string text, const std::string& end)
-{
-    for (size_t at = text.find('\n'); at != std::string::npos; at = text.find('\n', at + end.size())) {
-        text.replace(at, 1, end);
-    }
-    return text;
-}
-
 TEST(ResourceSymbols, CountOnAndTakeBothKindsOfNumbers)
 {
     ResourceFaults faults;
@@ -221,21 +213,6 @@ TEST(ResourceLayout, HasBoundsThatNoFileLeaves)
         EXPECT_LE(layout.statements.size(), 100'000u);
         EXPECT_FALSE(faults.empty());
         EXPECT_LE(faults.list().size(), ResourceFaults::kMostFaults + 1);
-    }
-}
-
-TEST(ResourceText, MeansTheSameWithAllLineEnds)
-{
-    const std::string layout = "CONTAINER A // c\n{ /* c\n c */ NAME A;\n\n BOOL B { }\n = \n}\n";
-    ResourceFaults expected;
-    const ResourceLayout plain = ParseLayout({"a.res", layout}, expected);
-    ASSERT_THAT(saidOf(expected), ElementsAre("a.res:6: a statement cannot begin with \"=\""));
-    for (const char* end : {"\r", "\r\n"}) {
-        ResourceFaults faults;
-        const ResourceLayout other = ParseLayout({"a.res", withLineEnds(layout, end)}, faults);
-        EXPECT_EQ(saidOf(faults), saidOf(expected));
-        ASSERT_EQ(other.statements.size(), plain.statements.size());
-        EXPECT_EQ(other.statements[1].line, plain.statements[1].line);
     }
 }
 

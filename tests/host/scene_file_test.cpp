@@ -124,6 +124,9 @@ void fill(Scene& scene)
     UVWTag* uvw = UVWTag::Alloc(2);
     leaf->InsertTag(uvw);
     UVWTag::Set(uvw->GetDataAddressW(), 1, UVWStruct(Vector(0.5, 1, 0), Vector(1), Vector(), Vector(2)));
+    NormalTag* normals = NormalTag::Alloc(2);
+    leaf->InsertTag(normals);
+    NormalTag::Set(normals->GetDataAddressW(), 1, NormalStruct(Vector(0, 0, -1), Vector(1, 0, 0), Vector(), Vector()));
     auto* selection = static_cast<SelectionTag*>(leaf->MakeTag(Tpolygonselection));
     selection->SetName("front");
     selection->GetBaseSelect()->Select(1);

@@ -218,39 +218,6 @@ struct Values : testing::Test {
     TestHost host;
 };
 
-TEST_F(Values, NumbersConvertAndOtherTypesGiveNothing)
-{
-    const Float none = std::numeric_limits<Float>::quiet_NaN();
-    struct Row {
-        GeData data;
-        Int32 integer;
-        Int64 large;
-        Float real;
-    };
-    const Row rows[] = {
-        {GeData(-3), -3, -3, -3.0},
-        {GeData(2.9), 2, 2, 2.9},
-        {GeData(-1e300), LIMIT<Int32>::MIN, LIMIT<Int64>::MIN, -1e300},
-        {GeData(9.3e18), LIMIT<Int32>::MAX, LIMIT<Int64>::MAX, 9.3e18},
-        {GeData(Int64(5) << 33, LLONGVALUE), 0, Int64(5) << 33, 42949672960.0},
-        {GeData(String("7")), 0, 0, 0},
-        {GeData(&host, VOIDVALUE), 0, 0, 0},
-        {GeData(), 0, 0, 0},
-    };
-    for (const Row& row : rows) {
-        SCOPED_TRACE(row.data.GetType());
-        EXPECT_EQ(row.data.GetInt32(), row.integer);
-        EXPECT_EQ(row.data.GetInt64(), row.large);
-        EXPECT_EQ(row.data.GetFloat(), row.real);
-        EXPECT_EQ(row.data.GetVector(), Vector());
-        EXPECT_EQ(row.data.GetContainer(), nullptr);
-        EXPECT_EQ(row.data.GetCustomDataType(kNoteType), nullptr);
-    }
-    EXPECT_EQ(GeData(none).GetInt32(), 0);
-    EXPECT_EQ(GeData(none), GeData(none)); // else such a parameter would change for ever
-    EXPECT_NE(GeData(1), GeData(1.0));
-}
-
 TEST_F(Values, AreCopiedWithAllThatTheyHold)
 {
     {
@@ -316,23 +283,6 @@ TEST_F(Values, OfAContainerKeepTheirOrderAndCountTheirChanges)
     container = *container.GetContainerInstance(1); // a part of it
     EXPECT_EQ(container, copy);
     EXPECT_NE(container, BaseContainer(12));
-}
-
-TEST_F(Values, OfForeignTypeGiveThePreset)
-{
-    BaseContainer container;
-    container.SetString(1, "one");
-    container.SetFloat(2, 2.5);
-    for (const Int32 id : {1, 99}) {
-        EXPECT_EQ(container.GetInt32(id, 8), 8);
-        EXPECT_EQ(container.GetFloat(id, 8.5), 8.5);
-        EXPECT_EQ(container.GetVector(id, Vector(8)), Vector(8));
-        EXPECT_EQ(container.GetTime(id, BaseTime(8)), BaseTime(8));
-        EXPECT_EQ(container.GetFilename(id, Filename("8")), Filename("8"));
-        EXPECT_EQ(container.GetContainerInstance(id), nullptr);
-    }
-    EXPECT_EQ(container.GetInt32(2), 2);
-    EXPECT_EQ(container.GetString(2, "preset"), String("preset"));
 }
 
 TEST_F(Values, OfLengthsAreReachedByPartsAndComparedWithAll)

@@ -456,15 +456,6 @@ TEST_F(ViewTest, APixelHasTheSizeThatTheProjectionGivesIt)
     EXPECT_FALSE(draws->TestPoint(640, 10));
 }
 
-TEST_F(ViewTest, FramingTakesTheAmountOfNegativeRadii)
-{
-    toldRadius = Vector(1, 2, -3);
-    addPainter(nullptr)->SetAbsPos(Vector(0, 0, 10));
-    const Extent extent = ExtentOfShown(*document);
-    EXPECT_EQ(extent.minimum, Vector(-1, -2, 7));
-    EXPECT_EQ(extent.maximum, Vector(1, 2, 13));
-}
-
 TEST_F(ViewTest, TheWorkerRecordsWhatTheMainThreadDoes)
 {
     addPainter(square)->SetBit(BIT_ACTIVE);

@@ -58,33 +58,6 @@ TEST(MersenneTwister, AShuffleSwapsEachElementWithTheOneThatItsPlaceNames)
     }
 }
 
-TEST(MersenneTwister, ShufflesKeepEveryElementAndRepeat)
-{
-    for (const int count : {0, 1, 2, 3, 1000}) {
-        std::vector<int> ordered(count);
-        std::iota(ordered.begin(), ordered.end(), 0);
-
-        std::vector<int> byLength = ordered;
-        ShuffleRange(byLength.begin(), byLength.end());
-        std::vector<int> byGenerator = ordered;
-        MersenneTwister random;
-        ShuffleRange(byGenerator.begin(), byGenerator.end(), random);
-        std::vector<int> repeated = ordered;
-        MersenneTwister same;
-        ShuffleRange(repeated.begin(), repeated.end(), same);
-
-        EXPECT_EQ(byGenerator, repeated);
-        if (count == 1000) {
-            EXPECT_NE(byLength, ordered);
-            EXPECT_NE(byGenerator, ordered);
-        }
-        for (std::vector<int>* shuffled : {&byLength, &byGenerator}) {
-            std::sort(shuffled->begin(), shuffled->end());
-            EXPECT_EQ(*shuffled, ordered);
-        }
-    }
-}
-
 TEST(MersenneTwister, AnIndexNeverReachesTheCount)
 {
     MersenneTwister random;

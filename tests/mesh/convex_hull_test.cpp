@@ -142,15 +142,6 @@ TEST(ConvexHull, IsClosedAndHoldsItsPoints)
     }
 }
 
-TEST(ConvexHull, EndsAtSixtyFourFacesAPoint)
-{
-    const std::vector<Vector3> points = cloudOf(2000, 3, [](Random& r) { return rounded(10 * onShell(r)); });
-    const Mesh hull = hullOf(points);
-    CheckMesh(hull);
-    EXPECT_GT(hull.polygonEnds.size(), 0u);
-    EXPECT_LT(hull.polygonEnds.size(), 64 * points.size() + 1000);
-}
-
 TEST(ConvexHull, OfFewOrFlatPoints)
 {
     struct Row {
@@ -185,24 +176,6 @@ TEST(ConvexHull, OfFewOrFlatPoints)
     EXPECT_THAT(four.polygons[2].vertices, ElementsAre(3, 2, 0));
     EXPECT_THAT(four.polygons[3].vertices, ElementsAre(3, 2, 1));
     EXPECT_THAT(four.polygons[1].uvs, ElementsAre(Vector2f{9, 1}, Vector2f{3, 4}, Vector2f{0, 1}));
-}
-
-TEST(ConvexHull, LeavesOutWhatIsInsideAndWritesPointsInOrderOfUse)
-{
-    ForeignMesh hull;
-    const Vector3 inner{0.1F, 0.2F, 0.3F};
-    BuildConvexHull(std::vector<Vector3>{inner, {0, 0, 4}, {4, 0, 0}, {0, 0, 0}, {0, 4, 0}}, hull);
-    EXPECT_EQ(hull.calls, "pppuuu3puuu3uuu3uuu3");
-    EXPECT_THAT(hull.points, testing::Not(testing::Contains(inner)));
-    EXPECT_THAT(hull.normals, testing::Each(Vector3{0, 0, 0}));
-    for (const ForeignMesh::Polygon& polygon : hull.polygons) {
-        EXPECT_THAT(polygon.uvs, ElementsAre(Vector2f{0.1F, 0.2F}, Vector2f{0, 0}, Vector2f{4, 0}));
-        EXPECT_EQ(polygon.material, -1);
-    }
-    for (const Vector3& p : hull.points) EXPECT_TRUE(PointInsideHull(p, hull)); // on a face is not outside
-    EXPECT_TRUE(PointInsideHull(inner, hull));
-    EXPECT_FALSE(PointInsideHull({-1e-9, 1, 1}, hull));
-    EXPECT_FALSE(PointInsideHull({2, 2, 2}, hull));
 }
 
 TEST(HullPlanes, AnswerAsTheHullDoes)

@@ -73,24 +73,6 @@ TEST(Reduce, CutsBranchesAsThePlainFormDoes)
     }
 }
 
-TEST(Reduce, KeepsSideBranchesUpToTheCutAndNoneBehindIt)
-{
-    // A trunk whose vertex 3 is thin, with a side branch of three vertices on each vertex but the first.
-    SkeletonBuilder builder;
-    builder.trunk(6).radius(0, 3, 0.1);
-    for (uint64_t place = 1; place < 6; ++place) builder.side(place, 3);
-    const Skeleton source = builder.take();
-
-    const Skeleton result = reduced(source, {.minRadius = 0.5F});
-    EXPECT_EQ(result.branches.size(), 4); // the trunk, and the sides on 1, 2 and 3
-    EXPECT_EQ(result.branches.front().vertexCount, 4);
-    EXPECT_EQ(reduced(source, {.maxLevel = 1}).branches.size(), 1);
-    EXPECT_EQ(reduced(source, {.maxLevel = 2}).branches.size(), 6);
-    EXPECT_TRUE(reduced(source, {.maxLevel = 0}).branches.empty());
-    EXPECT_TRUE(reduced(source, {.minRadius = 2}).branches.empty());
-    EXPECT_TRUE(reduced(Skeleton(), {.maxLevel = 2}).isEmpty());
-}
-
 TEST(CutAtHull, EndsBranchesBehindTheirFirstVertexInside)
 {
     Dice dice(3);

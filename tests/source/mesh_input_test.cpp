@@ -4,12 +4,10 @@
 #include "geometry/selection_names.h"
 #include "oxref.h"
 #include "support/check_mesh.h"
-#include "support/recording_messages.h"
 #include "support/skeleton_builder.h"
 #include "support/test_host.h"
 #include "ttexture.h"
-#include "vdt/file/vdt_reader.h"
-#include "vdt/generate/plant_mesh.h"
+#include "vdt/mesh/mesh.h"
 
 #include <gmock/gmock.h>
 
@@ -154,32 +152,6 @@ TEST_F(MeshInput, ReadsWhatWasWritten)
             std::ranges::sort(found);
             ASSERT_EQ(found, expected);
         }
-    }
-}
-
-TEST_F(MeshInput, ReadsABuiltPlantPolygonByPolygon)
-{
-    vdt::Model model;
-    vdt::test::RecordingMessages messages;
-    vdt::VdtReader reader(model, messages);
-    ASSERT_TRUE(reader.readFile(VERDANTH_DOCS "/examples/seedling.vdt"));
-    for (vdt::ModelVariant& variant : model.variants) {
-        variant.expand(messages, nullptr);
-        vdt::Mesh mesh;
-        C4dMeshOutputAccessor output(true, 100);
-        vdt::BuildPlantMesh(variant, {.season = "summer"}, mesh, messages);
-        vdt::BuildPlantMesh(variant, {.season = "summer"}, output, messages);
-        ASSERT_GT(mesh.PolygonCount(), 0u);
-        PolygonObject* direct = output.TakeObject();
-        PolygonObject* copied = place(mesh, 100, true);
-        expectAgrees(C4dMeshInputAccessor({.root = copied}), mesh, 100);
-
-        ASSERT_EQ(direct->GetPointCount(), copied->GetPointCount());
-        ASSERT_EQ(direct->GetPolygonCount(), copied->GetPolygonCount());
-        for (Int32 i = 0; i < direct->GetPointCount(); ++i) ASSERT_EQ(direct->GetPointR()[i], copied->GetPointR()[i]);
-        for (Int32 i = 0; i < direct->GetPolygonCount(); ++i)
-            ASSERT_EQ(direct->GetPolygonR()[i], copied->GetPolygonR()[i]);
-        PolygonObject::Free(direct);
     }
 }
 

@@ -371,16 +371,6 @@ TEST_F(PlantBuilding, MaterialColoursPassThroughTheDocumentsSpace)
     EXPECT_FALSE(HasChangedMaterial(plant, {}));
 }
 
-TEST_F(PlantBuilding, TheModelsFoliageColourIsTheObjects)
-{
-    BaseObject& plant = scene.place(scene.folder.write(
-        "red.vdt", "<verdanth version=\"1.2\"><plant><colors><foliage>1 0.5 0.25</foliage><foliage season=\"x\">0 0 0"
-                   "</foliage></colors><model/></plant></verdanth>"));
-    ObjectColorProperties properties;
-    scene.evaluated(plant)->GetColorProperties(&properties);
-    EXPECT_EQ(properties.color, Vector(1, 0.5, 0.25));
-}
-
 TEST_F(PlantBuilding, TheStatisticsTellOfMeshOrSkeleton)
 {
     BaseObject& plant = scene.place(oak, 0);

@@ -1,15 +1,12 @@
 #include "customgui_unitscale.h"
 #include "plant/plant_object.h"
 #include "selection/models_being_read.h"
-#include "support/model_cache.h"
 #include "support/plant_scene.h"
 #include "support/plugin_ids.h"
 #include "support/text.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
-#include <limits>
 
 namespace host::test {
 namespace {
@@ -49,26 +46,6 @@ protected:
     PlantScene scene;
     std::string oak = scene.writeOak();
 };
-
-TEST_F(PlantObject, EveryParameterCanBeReadAndHoldsWhatTheDescriptionSays)
-{
-    BaseObject& plant = scene.place("");
-    for (const PlantParameter& parameter : PlantParameters()) {
-        SCOPED_TRACE(parameter.id);
-        GeData value;
-        ASSERT_TRUE(plant.GetParameter(parameter.id, value, DESCFLAGS_GET_0));
-        AutoAlloc<Description> description;
-        ASSERT_TRUE(description->LoadDescription(kPlantObjectId));
-        const BaseContainer* item = description->GetParameterI(DescLevel(parameter.id), nullptr);
-        ASSERT_TRUE(item);
-        if (parameter.initial == Initial::IntoContainer) {
-            EXPECT_NEAR(value.GetFloat(), item->GetFloat(DESC_DEFAULT), 1e-12);
-        }
-    }
-    EXPECT_EQ(IntegerOf(plant, PLANT_PROXY_ONLY), 0);
-    EXPECT_FALSE(plant.GetDataInstance()->GetDataPointer(PLANT_PROXY_ONLY)) << "left to the description";
-    EXPECT_EQ(DataOf(plant).builtMode, -1);
-}
 
 TEST_F(PlantObject, ParametersAreEnabledByTheirRules)
 {
@@ -240,17 +217,6 @@ TEST_F(PlantObject, RefreshingTakesTheModelsDefaults)
     EXPECT_EQ(DataOf(plant).model.variant, 1u);
     EXPECT_EQ(ToUtf8(SelectionOf(plant).plantName), "adult");
     EXPECT_EQ(SelectionOf(plant).GetQualifierIndex(), 1);
-}
-
-TEST_F(PlantObject, TheLastOneGivesTheModelBack)
-{
-    BaseObject* plant = &scene.place(oak, 0);
-    scene.evaluate();
-    const uint64_t slot = DataOf(*plant).model.slot;
-    ASSERT_TRUE(ModelCache().entries[slot].model);
-    plant->Remove();
-    BaseObject::Free(plant);
-    EXPECT_FALSE(ModelCache().entries[slot].model);
 }
 
 } // namespace

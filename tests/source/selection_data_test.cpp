@@ -3,7 +3,6 @@
 #include "lib_net.h"
 #include "selection/models_being_read.h"
 #include "selection/selection_data_type.h"
-#include "support/model_cache.h"
 #include "support/plant_scene.h"
 #include "support/plugin_ids.h"
 #include "support/text.h"
@@ -71,16 +70,6 @@ TEST_F(Selection, UpdateFillsListsAndFallsBackToTheModelsDefaults)
         EXPECT_FALSE(selection.plantName.Content());
         EXPECT_EQ(selection.GetPlantIndex(), 2) << "the variant without a name";
     }
-}
-
-TEST_F(Selection, TextsFollowTheHostsLanguage)
-{
-    scene.end();
-    PlantScene german(TestHostOptions{.language = "DE"});
-    VerdanthSelectionData selection = chosen(german.writeOak());
-    selection.Update(nullptr);
-    EXPECT_EQ(ToUtf8(selection.label), "Eiche");
-    EXPECT_EQ(ToUtf8(selection.plants[1].label), "Alt");
 }
 
 TEST_F(Selection, WhatCannotBeFoundKeepsTheChosenNames)

@@ -1,4 +1,3 @@
-#include "c4d_symbols.h"
 #include "core/description.h"
 #include "core/resource_parser.h"
 #include "core/string_access.h"
@@ -11,12 +10,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <set>
 
 namespace host::test {
 namespace {
-
-using testing::ElementsAre;
 
 const std::filesystem::path kFolder = VERDANTH_MODULE_FOLDER "/res";
 
@@ -89,21 +85,6 @@ TEST(ShippedResources, HaveEverySymbolInEveryLanguage)
     }
 }
 
-TEST(ShippedResources, HaveAPlaceForEveryCountAndPath)
-{
-    ResourceFaults faults;
-    const auto strings = stringsOf(kFolder / "strings_us/c4d_strings.str");
-    std::map<Int32, int> places;
-    for (const auto& [symbol, number] : ParseSymbols(textOf(kFolder / "c4d_symbols.h"), faults).values) {
-        places[number] = static_cast<int>(std::ranges::count(strings.at(symbol).text, '#'));
-    }
-    for (const Int32 plain : {0, 1, 2, 5, 6, 8, 16, 17, 18}) EXPECT_EQ(places.at(plain), 0) << plain;
-    EXPECT_EQ(places.at(9), 2);
-    EXPECT_EQ(places.at(10), 3);
-    EXPECT_EQ(places.at(14), 1);
-    EXPECT_EQ(places.at(15), 1);
-}
-
 // The numbers stand in scenes; a slip in the header would not be found by anything that includes it.
 TEST(ShippedResources, KeepTheNumbersThatScenesCarry)
 {
@@ -170,30 +151,6 @@ TEST(ShippedResources, DescribeEveryParameterOfThePlantWithItsType)
         ASSERT_TRUE(FindDescription(kSelectionDataTypeId));
         EXPECT_EQ(FindDescription(kSelectionDataTypeId)->typeOf(1001), DTYPE_FILENAME);
         for (const std::string& line : host.console) EXPECT_EQ(line.find(".res:"), std::string::npos) << line;
-    }
-}
-
-TEST(ShippedResources, HaveAnIconInEachCornerOfTheSheet)
-{
-    const AutoAlloc<BaseBitmap> sheet;
-    ASSERT_EQ(sheet->Init(Filename(TextOf((kFolder / "player.tif").string()))), IMAGERESULT_OK);
-    for (const Int32 left : {0, 64}) {
-        for (const Int32 top : {0, 64}) {
-            BaseBitmap* icon = sheet->GetClonePart(left, top, 64, 64);
-            ASSERT_TRUE(icon && icon->GetInternalChannel());
-            std::set<Int32> colors;
-            int clearCount = 0;
-            for (Int32 i = 0; i < 64 * 64; ++i) {
-                UInt16 r = 0, g = 0, b = 0, a = 0;
-                icon->GetPixel(i % 64, i / 64, &r, &g, &b);
-                icon->GetAlphaPixel(icon->GetInternalChannel(), i % 64, i / 64, &a);
-                if (a < 10) ++clearCount;
-                if (a > 200) colors.insert((r << 16) + (g << 8) + b);
-            }
-            EXPECT_GT(colors.size(), 100u);
-            EXPECT_GT(clearCount, 100);
-            BaseBitmap::Free(icon);
-        }
     }
 }
 

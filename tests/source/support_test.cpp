@@ -2,7 +2,6 @@
 #include "core/string_access.h"
 #include "support/c4d_message_handler.h"
 #include "support/library_location.h"
-#include "support/model_cache.h"
 #include "support/model_path.h"
 #include "support/plugin_ids.h"
 #include "support/test_host.h"
@@ -139,16 +138,6 @@ TEST(ModelFiles, ThatMovedAreFoundOneFolderUpOrAmongTheTextures)
     SetActiveDocument(document);
     EXPECT_EQ(mapper.map(far), windows(host.folder.path("scene/tex/far.vdt")));
     EXPECT_EQ(mapper.map(""), "");
-}
-
-TEST(ModelFiles, AreReadOnceWhateverMovesThem)
-{
-    TestHost host;
-    const std::string path = ModelPath(Filename(ToHostString(VERDANTH_DOCS "/examples/seedling.vdt")));
-    vdt::NullMessageHandler silent;
-    const vdt::ModelHandle first = ModelCache().acquire(path, silent, vdt::kNone);
-    ASSERT_TRUE(first.model());
-    EXPECT_EQ(ModelCache().acquire(path, silent, 0).model(), first.model());
 }
 
 TEST(LibraryLocation, ComesFromTheUserThenFromTheInstaller)

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <random>
-
 namespace {
 
 struct Decoded {
@@ -90,18 +88,6 @@ TEST(Utf8, WhatNoSequenceHoldsIsRefused)
     EXPECT_FALSE(utf8_to_uint("\xC3", codePoint));
     EXPECT_EQ(codePoint, 0u);
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "[utf8_to_uint] WARNING: Invalid single-byte character.\n");
-}
-
-TEST(Utf8, AnyRunOfCodePointsComesBack)
-{
-    std::mt19937 random(7);
-    for (int round = 0; round < 200; ++round) {
-        std::vector<uint32_t> codePoints(random() % 20);
-        std::string text;
-        for (uint32_t& codePoint : codePoints)
-            text += uint_to_utf8(codePoint = (random() & 0x7FFFFFFF) >> random() % 31);
-        EXPECT_EQ(decode(text).codePoints, codePoints);
-    }
 }
 
 } // namespace
