@@ -82,6 +82,21 @@ TEST_F(ViewCommand, PolygonsHaveTheColoursOfTheirMaterials)
     EXPECT_GT(count("summer", isLeaf), count("winter", isLeaf)) << "only the buds are left";
 }
 
+// A material without pictures has no other mean than the colour that renderers are told, containers of two included.
+TEST_F(ViewCommand, ShowsTheBaseColoursOfARenderersMaterials)
+{
+    plant.materials = R"(<material matid="1" name="bark"><diffuse color="0.5 0.25 0"/></material>
+      <material matid="2" name="leaf" sides="2"><front><diffuse color="0.2 0.5 0.1"/></front>
+        <back><diffuse color="0.9 0.1 0.9"/></back></material>)";
+    const std::vector<std::string> usual = {"--display", "full", "--season", "summer", "--size", "100"};
+    const Picture mean = view(usual);
+    for (const char* renderer : {"vray", "mia", "corona", "thea", "arnold", "octane", "iray"}) {
+        std::vector<std::string> arguments = usual;
+        arguments.insert(arguments.end(), {"--renderer", renderer});
+        EXPECT_EQ(view(arguments).pixels, mean.pixels) << renderer;
+    }
+}
+
 TEST(ViewCommandLine, SaysWhatIsWrongWithARequest)
 {
     struct Row {
