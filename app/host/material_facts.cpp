@@ -77,7 +77,8 @@ private:
         }
         for (Int32 i = 0; levels && levels->GetIndexData(i); ++i) {
             const Int32 id = levels->GetIndexId(i);
-            if (container.FindIndex(id) == NOTOK) addSecondLevel(parameters, id, *levels->GetContainerInstance(id));
+            const BaseContainer* level = levels->GetIndexData(i)->GetContainer();
+            if (level && container.FindIndex(id) == NOTOK) addSecondLevel(parameters, id, *level);
         }
         return parameters;
     }

@@ -6,6 +6,7 @@
 #include "materials/material_twins.h"
 #include "materials/renderer.h"
 #include "plant/plant_object.h"
+#include "plant/plant_units.h"
 #include "support/c4d_message_handler.h"
 #include "support/library_location.h"
 #include "support/model_cache.h"
@@ -102,11 +103,16 @@ Bool ApplyModelToSelection(BaseDocument* document, const Filename& file, Int32 k
     const vdt::Model* model = handle.model();
     if (!model) return false;
 
+    // Plants that get a model together share its materials, so the first one's unit is taken for all.
+    std::vector<vdt::MaterialData> materials = model->materials;
+    const Float scale = ObjectScale(*plants.front(), model);
+    for (vdt::MaterialData& material : materials) material.displacementHeight *= scale;
+
     MaterialEntries entries;
     const Bool isAutomatic = kind == static_cast<Int32>(Renderer::Automatic);
     const Int32 renderer = isAutomatic ? detectRenderer(document) : kind;
     const Bool converted =
-        convertMaterials(model->materials, entries, DocumentColourSpace(document), renderer, option, 0, document);
+        convertMaterials(materials, entries, DocumentColourSpace(document), renderer, option, 0, document);
 
     for (BaseObject* plant : plants) {
         document->AddUndo(UNDOTYPE_CHANGE, plant);

@@ -1,6 +1,7 @@
 #include "c4d_symbols.h"
 #include "core/stand_in_renderers.h"
 #include "materials/material_factory.h"
+#include "mmaterial.h"
 #include "placing/placing.h"
 #include "placing/placing_library.h"
 #include "support/failing_class.h"
@@ -178,6 +179,21 @@ TEST(AppliedModel, NamesThePlantsAndKeepsTheVariantThatTheNewModelHasToo)
     EXPECT_FALSE(SetModelOnObject(null, ToFilename(scene.path), model));
     EXPECT_FALSE(SetModelOnObject(&plant, ToFilename(scene.path + "x"), model));
     EXPECT_EQ(ToUtf8(plant.GetName()), "Oak");
+}
+
+TEST(AppliedModel, MeasuresReliefInTheUnitOfTheScene)
+{
+    PlacingScene scene;
+    scene.path = scene.folder.write(
+        "cork.vdt", "<verdanth version=\"1.2\"><plant unit=\"meters\" name=\"Quercus suber\"><materials><material "
+                    "matid=\"1\" name=\"cork\"><displacement texture=\"cork.png\" height=\"0.25\"/></material>"
+                    "</materials><model name=\"young\"/></plant></verdanth>");
+    scene.placeActive();
+    ASSERT_TRUE(scene.apply(1, 2));
+    GeData height;
+    ASSERT_TRUE(
+        scene.document->GetFirstMaterial()->GetParameter(MATERIAL_DISPLACEMENT_HEIGHT, height, DESCFLAGS_GET_0));
+    EXPECT_DOUBLE_EQ(height.GetFloat(), 25); // centimetres
 }
 
 TEST(AppliedModel, GivesBothSidesOfALeafTheirOwnTagOrOneOfAPairOnTheLayer)

@@ -17,7 +17,7 @@ public:
     virtual void setAlpha(const std::string& texture) = 0;
     virtual void setBump(float strength, const std::string& texture) = 0;
     virtual void setNormal(const std::string& texture) = 0;
-    /// `height` in model units; `isCentered`: middle grey stays where it is.
+    /// `height` in the unit of the record; `isCentered`: middle grey stays where it is.
     virtual void setDisplacement(const std::string& texture, double height, bool isCentered) = 0;
 };
 
