@@ -106,6 +106,10 @@ bool writeFiles(const ExportRequest& request, Scene& scene, const OpenPlant& pla
 bool addRenderer(const ExportRequest& request, const OpenPlant& plant, Scene& scene, Console& console)
 {
     if (!request.renderer) return true;
+    if (!IsGltfPath(request.output)) {
+        console.warning("what a renderer is told goes into glTF alone; --renderer changes nothing here");
+        return true;
+    }
     const std::string file = std::filesystem::absolute(plant.file).lexically_normal().generic_string();
     return AddRendererExtras(file, request.plant.library, plant.model(),
                              {.renderer = *request.renderer, .quality = request.quality}, scene, console);
@@ -124,7 +128,7 @@ int runExport(const ExportRequest& request, Console& console)
     SceneRequest wanted = SceneRequestOf(plant, request.plant);
     wanted.quality = request.quality;
     Scene scene;
-    const bool copies = request.foliage != FoliageForm::Merged && KnowsCopies(request.output);
+    const bool copies = request.foliage != FoliageForm::Merged && IsGltfPath(request.output);
     if (!findLevels(request, wanted, console) ||
         !BuildRequestedScene(plant, request.plant, wanted, copies, scene, console) ||
         !addRenderer(request, plant.open, scene, console))

@@ -20,7 +20,7 @@ Writer writerFor(const std::string& path)
 
 void tellOfBacks(const Scene& scene, const ExportOptions& options, vdt::MessageHandler& messages)
 {
-    if (options.backs == BackForm::Own && KnowsOwnBacks(options.path)) return;
+    if (options.backs == BackForm::Own && IsGltfPath(options.path)) return;
     for (const SceneMaterial& material : scene.materials)
         if (material.back) messages.message("material \"" + material.name + "\": its back is shown like its front");
 }
@@ -32,12 +32,7 @@ bool IsExportPath(const std::string& path)
     return writerFor(path) != nullptr;
 }
 
-bool KnowsCopies(const std::string& path)
-{
-    return writerFor(path) == WriteGltf;
-}
-
-bool KnowsOwnBacks(const std::string& path)
+bool IsGltfPath(const std::string& path)
 {
     return writerFor(path) == WriteGltf;
 }

@@ -40,11 +40,9 @@ struct ExportSummary {
 /// True if the path's suffix names a format that can be written.
 bool IsExportPath(const std::string& path);
 
-/// True if the path's format can hold copies of one mesh.
-bool KnowsCopies(const std::string& path);
-
-/// True if the path's format can hold backs that look other than their fronts.
-bool KnowsOwnBacks(const std::string& path);
+/// True if the path's format is glTF, which alone can hold copies of one mesh, backs that look other than their fronts,
+/// and a material's extras.
+bool IsGltfPath(const std::string& path);
 
 /// Writes all files, and moves them into place once they are complete. False, with the error told unless the user
 /// cancels, if that fails; nothing has changed then.

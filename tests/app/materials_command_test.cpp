@@ -254,6 +254,9 @@ TEST(MaterialsCommand, SayWhatIsWrongWithARequest)
         EXPECT_EQ(run.status, 2);
         EXPECT_NE(run.messages.find(row.said), std::string::npos) << run.messages;
     }
+    const RunResult plain = RunApp({"export", plant, "-o", folder.path("x.obj"), "--renderer", "vray"});
+    EXPECT_EQ(plain.status, 0);
+    EXPECT_NE(plain.messages.find("--renderer changes nothing here"), std::string::npos) << plain.messages;
 }
 
 } // namespace
