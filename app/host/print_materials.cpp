@@ -8,8 +8,6 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-constexpr int kBitmapShader = 5833; // needs no mention beside its file
-
 std::string shortened(const std::string& file, const std::string& folder)
 {
     const std::string start = folder + "/";
@@ -18,7 +16,8 @@ std::string shortened(const std::string& file, const std::string& folder)
 
 std::string shaderText(const Json& shader, const std::string& folder)
 {
-    const bool isPlain = !shader.contains("type") || shader["type"] == kBitmapShader;
+    // A bitmap shader needs no mention beside its file.
+    const bool isPlain = !shader.contains("type") || shader["type"] == Xbitmap;
     const std::string type = isPlain ? "" : std::string("shader ").append(shader["type"].dump());
     if (!shader.contains("file")) return type;
     std::string text = shortened(shader["file"].get<std::string>(), folder);

@@ -376,6 +376,10 @@ TEST_F(ExportedMaterials, HoldWhatTheQualityAllowsOfTheRecord)
         record.front.diffuseColor = {1, 0, 0};
     };
     constexpr auto kLow = MaterialQuality::Low, kMedium = MaterialQuality::Medium, kHigh = MaterialQuality::High;
+    // What is left of a plain record where its pictures tell nothing.
+    constexpr const char* kMattRed =
+        R"({"pbrMetallicRoughness":{"baseColorFactor":[1,0,0,1],"metallicFactor":0,"roughnessFactor":1},
+            "extensions":{"KHR_materials_specular":{"specularFactor":0}}})";
     const Row rows[] = {
         {"all, low", kLow, nothing,
          R"({"pbrMetallicRoughness":{"baseColorFactor":[0,1,0,1],"metallicFactor":0,"roughnessFactor":0.5},
@@ -425,24 +429,21 @@ TEST_F(ExportedMaterials, HoldWhatTheQualityAllowsOfTheRecord)
              plain(record);
              record.subsurfaceColor = {1, 1, 1};
          },
-         R"({"pbrMetallicRoughness":{"baseColorFactor":[1,0,0,1],"metallicFactor":0,"roughnessFactor":1},
-             "extensions":{"KHR_materials_specular":{"specularFactor":0}}})"},
+         kMattRed},
         {"a picture below its quality does not make matt what is matt", kMedium,
          [&](Record& record) {
              const std::string gloss = record.front.specularTexture;
              plain(record);
              record.front.specularTexture = gloss;
          },
-         R"({"pbrMetallicRoughness":{"baseColorFactor":[1,0,0,1],"metallicFactor":0,"roughnessFactor":1},
-             "extensions":{"KHR_materials_specular":{"specularFactor":0}}})"},
+         kMattRed},
         {"heights of no strength", kHigh,
          [&](Record& record) {
              const std::string height = record.front.bumpTexture;
              plain(record);
              record.front.bumpTexture = height;
          },
-         R"({"pbrMetallicRoughness":{"baseColorFactor":[1,0,0,1],"metallicFactor":0,"roughnessFactor":1},
-             "extensions":{"KHR_materials_specular":{"specularFactor":0}}})"}};
+         kMattRed}};
     for (const Row& row : rows) {
         SCOPED_TRACE(row.name);
         vdt::MaterialData record = fullRecord(pictures);
